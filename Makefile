@@ -1,0 +1,41 @@
+# Tessel: `make demo` sets the machine up, builds and runs the showcase; `make test` sets up,
+# builds and runs every test.
+BUILD   ?= build
+PYTHON  ?= /usr/bin/python3
+JOBS    ?= $(shell nproc)
+CMAKE_FLAGS ?= -DCMAKE_BUILD_TYPE=RelWithDebInfo -DPython_EXECUTABLE=$(PYTHON)
+
+.PHONY: all setup configure build test test-cpp test-python demo bench fuzz install clean
+
+all: build
+
+setup:
+	@bash scripts/setup.sh
+
+$(BUILD)/build.ninja: CMakeLists.txt | setup
+	cmake -S . -B $(BUILD) -G Ninja $(CMAKE_FLAGS)
+
+configure: setup $(BUILD)/build.ninja
+
+build: configure
+	cmake --build $(BUILD) -j $(JOBS)
+
+test: build
+	cd $(BUILD) && ctest --output-on-failure -j $(JOBS)
+	@if [ -d tests/python ] && ls tests/python/test_*.py >/dev/null 2>&1; then \
+	  env -u DISPLAY PYTHONPATH=$(BUILD)/python $(PYTHON) -m pytest -q tests/python; fi
+
+demo: build
+	@mkdir -p out
+	env -u DISPLAY $(BUILD)/bin/tessel-showcase out/showcase.png
+	@if [ -f apps/showcase.py ]; then env -u DISPLAY PYTHONPATH=$(BUILD)/python $(PYTHON) apps/showcase.py out; fi
+
+bench: build
+	@if [ -x $(BUILD)/bin/tessel-bench ]; then $(BUILD)/bin/tessel-bench; fi
+	@if [ -f bench/bench_python.py ]; then PYTHONPATH=$(BUILD)/python $(PYTHON) bench/bench_python.py; fi
+
+install: build
+	cmake --install $(BUILD)
+
+clean:
+	rm -rf $(BUILD) out

@@ -1,0 +1,25 @@
+#!/usr/bin/env bash
+# Installs the Debian packages Tessel needs to build, test and run. Quiet when all are there.
+set -euo pipefail
+
+packages=(
+  cmake ninja-build g++ pkg-config            # build
+  libgdiplus libgtk-3-dev fonts-liberation    # platform: flat API, host control and dialogs, "Arial"
+  pybind11-dev python3-dev python3-pytest     # the Python module and its tests
+  libgtest-dev libgmock-dev libbenchmark-dev  # C++ tests and benchmarks
+  clang libclang-rt-14-dev                    # the fuzz targets (libFuzzer)
+  xvfb xdotool imagemagick                    # windowed tests and screenshots
+)
+
+missing=()
+for p in "${packages[@]}"; do
+  dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q 'install ok installed' || missing+=("$p")
+done
+[ ${#missing[@]} -eq 0 ] && exit 0
+
+echo "Installing: ${missing[*]}"
+sudo=""
+if [ "$(id -u)" -ne 0 ]; then sudo="sudo"; fi
+export DEBIAN_FRONTEND=noninteractive
+$sudo apt-get update -qq
+$sudo apt-get install -y -qq --no-install-recommends "${missing[@]}"

@@ -1,0 +1,87 @@
+// Objects of the model: intrusive reference counting with deterministic lifetime.
+//
+// Rules, written once:
+// - An object is destroyed when its last Ref goes; a null Ref is Nothing.
+// - Objects live on one thread (the one that uses them); counts are not atomic.
+// - An owner holds its parts by Ref; anything that only observes (event listeners, caches
+//   that point back) holds a raw pointer or a Connection, never a Ref, so no cycle forms.
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+#include <type_traits>
+#include <utility>
+
+namespace tessel {
+
+class ClassInfo;
+
+class Object {
+ public:
+  Object() = default;
+  Object(const Object&) = delete;
+  Object& operator=(const Object&) = delete;
+  virtual ~Object() = default;
+
+  void addRef() const noexcept { ++refs_; }
+  void release() const noexcept {
+    if (--refs_ == 0) delete this;
+  }
+  int32_t refCount() const noexcept { return refs_; }
+
+  // The class as the type library knows it; its name is the run-time type name.
+  virtual const ClassInfo& classInfo() const noexcept = 0;
+  std::string_view typeName() const noexcept;
+
+ private:
+  mutable int32_t refs_ = 0;
+};
+
+template <class T>
+class Ref {
+ public:
+  Ref() noexcept = default;
+  Ref(std::nullptr_t) noexcept {}
+  Ref(T* p) noexcept : p_(p) {
+    if (p_) p_->addRef();
+  }
+  Ref(const Ref& o) noexcept : Ref(o.p_) {}
+  Ref(Ref&& o) noexcept : p_(std::exchange(o.p_, nullptr)) {}
+  template <class U, class = std::enable_if_t<std::is_convertible_v<U*, T*>>>
+  Ref(const Ref<U>& o) noexcept : Ref(o.get()) {}
+  template <class U, class = std::enable_if_t<std::is_convertible_v<U*, T*>>>
+  Ref(Ref<U>&& o) noexcept : p_(o.detach()) {}
+  ~Ref() {
+    if (p_) p_->release();
+  }
+
+  Ref& operator=(Ref o) noexcept {
+    std::swap(p_, o.p_);
+    return *this;
+  }
+
+  T* get() const noexcept { return p_; }
+  T* operator->() const noexcept { return p_; }
+  T& operator*() const noexcept { return *p_; }
+  explicit operator bool() const noexcept { return p_ != nullptr; }
+  T* detach() noexcept { return std::exchange(p_, nullptr); }
+
+  friend bool operator==(const Ref& a, const Ref& b) noexcept { return a.p_ == b.p_; }
+  friend bool operator==(const Ref& a, std::nullptr_t) noexcept { return a.p_ == nullptr; }
+
+ private:
+  T* p_ = nullptr;
+};
+
+template <class T, class... A>
+Ref<T> make(A&&... a) {
+  return Ref<T>(new T(std::forward<A>(a)...));
+}
+
+// Checked downcast by class; null when the object is of another class (or Nothing).
+template <class T, class U>
+Ref<T> refCast(const Ref<U>& r) noexcept {
+  return Ref<T>(dynamic_cast<T*>(r.get()));
+}
+
+}  // namespace tessel

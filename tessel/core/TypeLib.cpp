@@ -1,0 +1,198 @@
+#include <tessel/core/TypeLib.h>
+
+#include <tessel/core/Text.h>
+
+#include <map>
+#include <stdexcept>
+
+namespace tessel {
+
+std::string_view Object::typeName() const noexcept { return classInfo().name(); }
+
+namespace {
+
+std::string lowerKey(std::string_view name) { return toLowerAscii(name); }
+
+struct Registry {
+  std::map<std::string, const ClassInfo*> classes;  // lower-case name
+  std::vector<EnumInfo> enums;
+};
+Registry& registry() {
+  static Registry r;
+  return r;
+}
+
+bool isAssignment(InvokeKind k) { return k == InvokeKind::Let || k == InvokeKind::Set; }
+
+}  // namespace
+
+const Accessor* MemberInfo::accessor(InvokeKind kind) const noexcept {
+  // As late binding does: a method may be read like a property and a property called like a
+  // method; let and set stand in for each other.
+  switch (kind) {
+    case InvokeKind::Method: return method ? &method : get ? &get : nullptr;
+    case InvokeKind::Get: return get ? &get : method ? &method : nullptr;
+    case InvokeKind::Let: return let ? &let : set ? &set : nullptr;
+    case InvokeKind::Set: return set ? &set : let ? &let : nullptr;
+  }
+  return nullptr;
+}
+
+Ref<Object> ClassInfo::create() const {
+  if (!create_) raise(429);
+  return create_();
+}
+
+const MemberInfo* ClassInfo::find(std::string_view name) const noexcept {
+  char buf[64];
+  if (name.size() < sizeof buf) {
+    for (size_t i = 0; i < name.size(); ++i) {
+      char c = name[i];
+      buf[i] = (c >= 'A' && c <= 'Z') ? static_cast<char>(c + 32) : c;
+    }
+    auto it = index_.find(std::string(buf, name.size()));
+    return it == index_.end() ? nullptr : &members_[it->second];
+  }
+  auto it = index_.find(lowerKey(name));
+  return it == index_.end() ? nullptr : &members_[it->second];
+}
+
+const EventInfo* ClassInfo::findEvent(std::string_view name) const noexcept {
+  for (auto& e : events_)
+    if (equalsIgnoreCase(e.name, name)) return &e;
+  return nullptr;
+}
+
+namespace TypeLib {
+
+void add(const ClassInfo& info) { registry().classes[lowerKey(info.name())] = &info; }
+void addEnum(EnumInfo info) { registry().enums.push_back(std::move(info)); }
+
+const ClassInfo* findClass(std::string_view name) noexcept {
+  auto& c = registry().classes;
+  auto it = c.find(lowerKey(name));
+  return it == c.end() ? nullptr : it->second;
+}
+
+std::vector<const ClassInfo*> classes() {
+  std::vector<const ClassInfo*> out;
+  for (auto& [k, v] : registry().classes) out.push_back(v);
+  return out;
+}
+
+const std::vector<EnumInfo>& enums() { return registry().enums; }
+
+}  // namespace TypeLib
+
+namespace detail {
+
+MemberInfo& slot(std::vector<MemberInfo>& members, std::unordered_map<std::string, size_t>& index,
+                 std::string_view name) {
+  auto key = lowerKey(name);
+  auto it = index.find(key);
+  if (it != index.end()) return members[it->second];
+  index.emplace(key, members.size());
+  members.push_back(MemberInfo{std::string(name), {}, {}, {}, {}});
+  return members.back();
+}
+
+void nameParams(Accessor& a, std::string_view cls, std::string_view member, std::initializer_list<Param> params,
+                bool assigns) {
+  size_t named = assigns ? a.params.size() - 1 : a.params.size();
+  if (assigns && a.params.empty())
+    throw std::logic_error(std::string(cls) + "." + std::string(member) + ": an assignment takes a value");
+  if (params.size() != named && !(assigns && params.size() == a.params.size()))
+    throw std::logic_error(std::string(cls) + "." + std::string(member) + ": " + std::to_string(params.size()) +
+                           " parameter names for " + std::to_string(named) + " parameters");
+  size_t i = 0;
+  for (auto& p : params) {
+    auto& info = a.params[i++];
+    info.name = p.name;
+    info.optional = p.optional;
+    if (p.def) {
+      info.hasDefault = true;
+      info.defaultValue = *p.def;
+    }
+  }
+  if (assigns && a.params.back().name.empty()) a.params.back().name = "RHS";
+}
+
+}  // namespace detail
+
+Variant Invoke(const MemberInfo& member, Object* target, InvokeKind kind, std::span<Variant> args,
+               std::span<NamedArg> named) {
+  if (!target) raise(rt::ObjectNotSet);
+  const Accessor* acc = member.accessor(kind);
+  if (!acc) raise(rt::NoSuchMember);
+  const bool assigns = isAssignment(kind);
+  const size_t n = acc->params.size();
+
+  // The common case: every argument given in place and none omitted.
+  if (named.empty() && args.size() == n) {
+    bool complete = true;
+    for (auto& a : args)
+      if (a.isMissing()) { complete = false; break; }
+    if (complete) return acc->call(target, args.data());
+  }
+
+  if (assigns && args.empty()) raise(rt::WrongArgumentCount);
+  const size_t indexCount = assigns ? n - 1 : n;
+  const size_t positional = assigns ? args.size() - 1 : args.size();
+  if (positional > indexCount) raise(rt::WrongArgumentCount);
+
+  std::vector<Variant> full(n, Variant::missing());
+  std::vector<Variant*> origin(n, nullptr);
+  std::vector<bool> given(n, false);
+  for (size_t i = 0; i < positional; ++i) {
+    full[i] = args[i];
+    origin[i] = &args[i];
+    given[i] = true;
+  }
+  for (auto& na : named) {
+    size_t k = 0;
+    while (k < indexCount && !equalsIgnoreCase(acc->params[k].name, na.name)) ++k;
+    if (k == indexCount || given[k]) raise(rt::NamedArgumentNotFound);
+    full[k] = na.value;
+    origin[k] = &na.value;
+    given[k] = true;
+  }
+  if (assigns) full[n - 1] = args.back();
+  for (size_t k = 0; k < indexCount; ++k) {
+    if (given[k] && !full[k].isMissing()) continue;
+    const ParamInfo& p = acc->params[k];
+    if (p.hasDefault) full[k] = p.defaultValue;
+    else if (!p.optional) raise(rt::ArgumentNotOptional);
+  }
+  Variant result = acc->call(target, full.data());
+  for (size_t k = 0; k < indexCount; ++k)
+    if (origin[k] && acc->params[k].byRef) *origin[k] = full[k];
+  return result;
+}
+
+Variant Invoke(Object* target, std::string_view name, InvokeKind kind, std::span<Variant> args,
+               std::span<NamedArg> named) {
+  if (!target) raise(rt::ObjectNotSet);
+  const ClassInfo& ci = target->classInfo();
+  const MemberInfo* m = name.empty() ? ci.defaultMember() : ci.find(name);
+  if (!m) raise(rt::NoSuchMember);
+  return Invoke(*m, target, kind, args, named);
+}
+
+Variant Invoke(const Variant& target, std::string_view name, InvokeKind kind, std::span<Variant> args,
+               std::span<NamedArg> named) {
+  if (!target.isObject()) raise(424);
+  return Invoke(target.obj(), name, kind, args, named);
+}
+
+Variant Invoke(Object* target, std::string_view name, InvokeKind kind, std::initializer_list<Variant> args) {
+  std::vector<Variant> v(args);
+  return Invoke(target, name, kind, std::span<Variant>(v));
+}
+
+Connection ConnectEvent(Object& source, std::string_view name, std::function<void(std::span<Variant>)> handler) {
+  const EventInfo* e = source.classInfo().findEvent(name);
+  if (!e) raise(rt::NoSuchMember);
+  return e->connect(source, std::move(handler));
+}
+
+}  // namespace tessel

@@ -1,0 +1,216 @@
+#include <tessel/core/Variant.h>
+
+#include <tessel/core/Error.h>
+#include <tessel/core/Text.h>
+#include <tessel/core/TypeLib.h>
+
+#include <cfloat>
+#include <cmath>
+#include <cstdlib>
+#include <limits>
+
+namespace tessel {
+
+Variant::Variant(int64_t v) noexcept {
+  if (v >= std::numeric_limits<int32_t>::min() && v <= std::numeric_limits<int32_t>::max()) {
+    t_ = VarType::Long;
+    n_.l = static_cast<int32_t>(v);
+  } else {
+    t_ = VarType::Double;
+    n_.d = static_cast<double>(v);
+  }
+}
+
+Variant::Variant(const char* utf8) : t_(VarType::String), s_(toUtf16(utf8 ? utf8 : "")) {}
+
+bool Variant::isNumeric() const noexcept {
+  switch (t_) {
+    case VarType::Boolean: case VarType::Byte: case VarType::Integer: case VarType::Long:
+    case VarType::Single: case VarType::Double:
+      return true;
+    default:
+      return false;
+  }
+}
+
+bool parseNumber(std::u16string_view t, double& out) noexcept {
+  size_t i = 0, n = t.size();
+  auto blank = [&](size_t k) { return k < n && (t[k] == u' ' || t[k] == u'\t'); };
+  while (blank(i)) ++i;
+  while (n > i && (t[n - 1] == u' ' || t[n - 1] == u'\t')) --n;
+  if (i >= n) return false;
+  if (n - i > 2 && t[i] == u'&' && (t[i + 1] == u'H' || t[i + 1] == u'h')) {
+    // &H: up to eight hexadecimal digits, read as a 32-bit pattern (or 16-bit for up to four).
+    size_t k = i + 2;
+    if (n - k > 8) return false;
+    uint32_t v = 0;
+    for (; k < n; ++k) {
+      char16_t c = upperAscii(t[k]);
+      int d = (c >= u'0' && c <= u'9') ? c - u'0' : (c >= u'A' && c <= u'F') ? c - u'A' + 10 : -1;
+      if (d < 0) return false;
+      v = v * 16 + static_cast<uint32_t>(d);
+    }
+    if (n - (i + 2) <= 4) out = static_cast<int16_t>(v);
+    else out = static_cast<int32_t>(v);
+    return true;
+  }
+  std::string ascii;
+  ascii.reserve(n - i);
+  bool digits = false;
+  size_t k = i;
+  if (t[k] == u'+' || t[k] == u'-') ascii.push_back(static_cast<char>(t[k++]));
+  while (k < n && t[k] >= u'0' && t[k] <= u'9') { ascii.push_back(static_cast<char>(t[k++])); digits = true; }
+  if (k < n && t[k] == u'.') {
+    ascii.push_back('.');
+    ++k;
+    while (k < n && t[k] >= u'0' && t[k] <= u'9') { ascii.push_back(static_cast<char>(t[k++])); digits = true; }
+  }
+  if (!digits) return false;
+  if (k < n && (t[k] == u'E' || t[k] == u'e' || t[k] == u'D' || t[k] == u'd')) {
+    ascii.push_back('E');
+    ++k;
+    if (k < n && (t[k] == u'+' || t[k] == u'-')) ascii.push_back(static_cast<char>(t[k++]));
+    bool expDigits = false;
+    while (k < n && t[k] >= u'0' && t[k] <= u'9') { ascii.push_back(static_cast<char>(t[k++])); expDigits = true; }
+    if (!expDigits) return false;
+  }
+  if (k != n) return false;
+  out = std::strtod(ascii.c_str(), nullptr);  // the C locale's "." is the only decimal point here
+  return true;
+}
+
+int64_t roundToWhole(double v, double lo, double hi) {
+  if (std::isnan(v)) raise(rt::Overflow);
+  double r = std::nearbyint(v);  // the default rounding mode: to nearest, ties to even
+  if (r < lo || r > hi) raise(rt::Overflow);
+  return static_cast<int64_t>(r);
+}
+
+double Variant::numberOrRaise() const {
+  switch (t_) {
+    case VarType::Empty: return 0;
+    case VarType::Null: raise(rt::InvalidUseOfNull);
+    case VarType::Boolean: return n_.b ? -1 : 0;
+    case VarType::Byte: return n_.by;
+    case VarType::Integer: return n_.i;
+    case VarType::Long: return n_.l;
+    case VarType::Single: return n_.f;
+    case VarType::Double: return n_.d;
+    case VarType::String: {
+      double d;
+      if (!parseNumber(s_, d)) raise(rt::TypeMismatch);
+      if (std::isinf(d)) raise(rt::Overflow);
+      return d;
+    }
+    case VarType::Object: {
+      if (!o_) raise(rt::ObjectNotSet);
+      // An object stands for the value of its default member, if it has one.
+      if (!o_->classInfo().defaultMember()) raise(rt::TypeMismatch);
+      Variant v = Invoke(o_.get(), "", InvokeKind::Get);
+      if (v.isObject()) raise(rt::TypeMismatch);
+      return v.numberOrRaise();
+    }
+    default:
+      raise(rt::TypeMismatch);
+  }
+}
+
+bool Variant::toBool() const {
+  if (t_ == VarType::Boolean) return n_.b;
+  if (t_ == VarType::String) {
+    if (equalsIgnoreCase(s_, u"True")) return true;
+    if (equalsIgnoreCase(s_, u"False")) return false;
+  }
+  return numberOrRaise() != 0;
+}
+
+uint8_t Variant::toByte() const {
+  if (t_ == VarType::Byte) return n_.by;
+  return static_cast<uint8_t>(roundToWhole(numberOrRaise(), 0, 255));
+}
+
+int16_t Variant::toInteger() const {
+  if (t_ == VarType::Integer) return n_.i;
+  return static_cast<int16_t>(roundToWhole(numberOrRaise(), -32768, 32767));
+}
+
+int32_t Variant::toLong() const {
+  if (t_ == VarType::Long) return n_.l;
+  return static_cast<int32_t>(roundToWhole(numberOrRaise(), -2147483648.0, 2147483647.0));
+}
+
+float Variant::toSingle() const {
+  if (t_ == VarType::Single) return n_.f;
+  double d = numberOrRaise();
+  if (std::isfinite(d) && std::fabs(d) > FLT_MAX) raise(rt::Overflow);
+  return static_cast<float>(d);
+}
+
+double Variant::toDouble() const {
+  if (t_ == VarType::Double) return n_.d;
+  return numberOrRaise();
+}
+
+std::u16string Variant::toString() const {
+  switch (t_) {
+    case VarType::Empty: return {};
+    case VarType::String: return s_;
+    case VarType::Boolean: return n_.b ? u"True" : u"False";
+    case VarType::Single: return formatNumber(n_.f, 7);
+    case VarType::Double: return formatNumber(n_.d, 15);
+    case VarType::Byte: case VarType::Integer: case VarType::Long:
+      return formatNumber(numberOrRaise(), 15);
+    case VarType::Null: raise(rt::InvalidUseOfNull);
+    case VarType::Object: {
+      if (!o_) raise(rt::ObjectNotSet);
+      if (!o_->classInfo().defaultMember()) raise(rt::TypeMismatch);
+      Variant v = Invoke(o_.get(), "", InvokeKind::Get);
+      if (v.isObject()) raise(rt::TypeMismatch);
+      return v.toString();
+    }
+    default:
+      raise(rt::TypeMismatch);
+  }
+}
+
+std::string Variant::toUtf8() const { return tessel::toUtf8(toString()); }
+
+Ref<Object> Variant::toObject() const {
+  if (t_ != VarType::Object) raise(rt::TypeMismatch);
+  return o_;
+}
+
+bool operator==(const Variant& a, const Variant& b) noexcept {
+  if (a.t_ != b.t_) return false;
+  switch (a.t_) {
+    case VarType::Boolean: return a.n_.b == b.n_.b;
+    case VarType::Byte: return a.n_.by == b.n_.by;
+    case VarType::Integer: return a.n_.i == b.n_.i;
+    case VarType::Long: return a.n_.l == b.n_.l;
+    case VarType::Single: return a.n_.f == b.n_.f;
+    case VarType::Double: return a.n_.d == b.n_.d;
+    case VarType::String: return a.s_ == b.s_;
+    case VarType::Object: return a.o_.get() == b.o_.get();
+    default: return true;
+  }
+}
+
+std::string typeName(const Variant& v) {
+  switch (v.type()) {
+    case VarType::Empty: return "Empty";
+    case VarType::Null: return "Null";
+    case VarType::Integer: return "Integer";
+    case VarType::Long: return "Long";
+    case VarType::Single: return "Single";
+    case VarType::Double: return "Double";
+    case VarType::String: return "String";
+    case VarType::Object: return v.obj() ? std::string(v.obj()->typeName()) : "Nothing";
+    case VarType::Error: return "Error";
+    case VarType::Boolean: return "Boolean";
+    case VarType::Byte: return "Byte";
+    case VarType::Array: return "Variant()";
+  }
+  return "Unknown";
+}
+
+}  // namespace tessel

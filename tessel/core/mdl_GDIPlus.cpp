@@ -1,0 +1,35 @@
+#include <tessel/core/mdl_GDIPlus.h>
+
+#include <tessel/core/Text.h>
+#include <tessel/core/mdl_Err.h>
+#include <tessel/core/mdl_Global.h>
+
+#include <vector>
+
+namespace tessel::mdl_GDIPlus {
+
+std::recursive_mutex& TextLock() {
+  static std::recursive_mutex m;
+  return m;
+}
+
+bool GetEncoderClsid(const std::u16string& mimeType, GUID& clsid) {
+  return Trap(ProcInfo{"mdl_GDIPlus", "GetEncoderClsid"}, [&] {
+    uint32_t count = 0, size = 0;
+    if (mdl_Global::Execute(GdipGetImageEncodersSize(&count, &size)) != enm_Draw_Status::OK) return false;
+    if (count == 0) return false;
+    // The descriptions and the strings they point to share one block.
+    std::vector<uint64_t> block((size + sizeof(uint64_t) - 1) / sizeof(uint64_t));
+    auto* codecs = reinterpret_cast<ImageCodecInfo*>(block.data());
+    if (mdl_Global::Execute(GdipGetImageEncoders(count, size, codecs)) != enm_Draw_Status::OK) return false;
+    for (uint32_t i = 0; i < count; ++i) {
+      if (codecs[i].MimeType && equalsIgnoreCase(std::u16string_view(codecs[i].MimeType), mimeType)) {
+        clsid = codecs[i].Clsid;
+        return true;
+      }
+    }
+    return false;
+  });
+}
+
+}  // namespace tessel::mdl_GDIPlus
