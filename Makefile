@@ -31,7 +31,9 @@ demo: build
 	@if [ -f apps/showcase.py ]; then env -u DISPLAY PYTHONPATH=$(BUILD)/python $(PYTHON) apps/showcase.py out; fi
 
 bench: build
-	@if [ -x $(BUILD)/bin/tessel-bench ]; then $(BUILD)/bin/tessel-bench; fi
+	@if [ -x $(BUILD)/bin/tessel-bench ]; then \
+	  env -u DISPLAY $(BUILD)/bin/tessel-bench --benchmark_out=$(BUILD)/bench.json --benchmark_out_format=json >/dev/null && \
+	  $(PYTHON) bench/report.py $(BUILD)/bench.json; fi
 	@if [ -f bench/bench_python.py ]; then PYTHONPATH=$(BUILD)/python $(PYTHON) bench/bench_python.py; fi
 
 install: build

@@ -1,0 +1,28 @@
+#!/usr/bin/env python3
+"""Reads Google Benchmark JSON and prints each benchmark as a ratio to its group's baseline.
+
+Benchmarks are named "<group>/<variant>"; the variant named "baseline" (the raw flat API, or the
+direct C++ call) is the reference for the others in its group. Ratios, not times, are what we
+compare: they hold from one machine to the next.
+"""
+import json
+import sys
+
+
+def main(path):
+    with open(path) as f:
+        runs = [b for b in json.load(f)["benchmarks"] if b.get("run_type", "iteration") == "iteration"]
+    groups = {}
+    for b in runs:
+        group, _, variant = b["name"].partition("/")
+        groups.setdefault(group, {})[variant or "baseline"] = b["cpu_time"]
+    for group, variants in groups.items():
+        base = variants.get("baseline")
+        print(group)
+        for variant, t in variants.items():
+            ratio = f"{t / base:6.2f}x" if base else "   n/a "
+            print(f"  {variant:<28} {t:12.1f} ns  {ratio}")
+
+
+if __name__ == "__main__":
+    main(sys.argv[1])
