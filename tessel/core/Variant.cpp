@@ -79,6 +79,32 @@ bool parseNumber(std::u16string_view t, double& out) noexcept {
   return true;
 }
 
+double readLeadingNumber(std::u16string_view t) noexcept {
+  size_t k = 0, n = t.size();
+  while (k < n && (t[k] == u' ' || t[k] == u'\t')) ++k;
+  std::string ascii;
+  if (k < n && (t[k] == u'+' || t[k] == u'-')) ascii.push_back(static_cast<char>(t[k++]));
+  bool digits = false;
+  while (k < n && t[k] >= u'0' && t[k] <= u'9') { ascii.push_back(static_cast<char>(t[k++])); digits = true; }
+  if (k < n && t[k] == u'.') {
+    ascii.push_back('.');
+    ++k;
+    while (k < n && t[k] >= u'0' && t[k] <= u'9') { ascii.push_back(static_cast<char>(t[k++])); digits = true; }
+  }
+  if (!digits) return 0;
+  // An exponent counts only when digits follow it ("1e" reads 1).
+  if (k + 1 < n && (t[k] == u'E' || t[k] == u'e')) {
+    size_t e = k + 1;
+    std::string exp = "E";
+    if (e < n && (t[e] == u'+' || t[e] == u'-')) exp.push_back(static_cast<char>(t[e++]));
+    bool expDigits = false;
+    while (e < n && t[e] >= u'0' && t[e] <= u'9' && exp.size() < 8) { exp.push_back(static_cast<char>(t[e++])); expDigits = true; }
+    if (expDigits) ascii += exp;
+  }
+  double d = std::strtod(ascii.c_str(), nullptr);
+  return std::isfinite(d) ? d : 0;
+}
+
 int64_t roundToWhole(double v, double lo, double hi) {
   if (std::isnan(v)) raise(rt::Overflow);
   double r = std::nearbyint(v);  // the default rounding mode: to nearest, ties to even

@@ -103,6 +103,11 @@ class Variant {
 // False when the text is no number.
 bool parseNumber(std::u16string_view text, double& out) noexcept;
 
+// The leading-number reader of the parameter language: blanks skipped, then the longest
+// decimal number ("." as the decimal point whatever the locale, optional sign and exponent);
+// 0 when the text does not begin with one. "12abc" reads 12, "abc" 0.
+double readLeadingNumber(std::u16string_view text) noexcept;
+
 // Whole-number rounding of the host: to nearest, ties to even; raises 6 outside [lo, hi].
 int64_t roundToWhole(double v, double lo, double hi);
 
