@@ -1,0 +1,107 @@
+// The host's conversion rules: half-to-even rounding, overflow, type mismatch, and the texts
+// numbers turn into.
+#include <tessel/core/Error.h>
+#include <tessel/core/Text.h>
+#include <tessel/core/Variant.h>
+
+#include <gtest/gtest.h>
+
+#include <functional>
+
+using namespace tessel;
+
+namespace {
+int32_t errorOf(const std::function<void()>& f) {
+  try {
+    f();
+  } catch (const Error& e) {
+    return e.number();
+  }
+  return 0;
+}
+}  // namespace
+
+TEST(Variant, WholeNumbersRoundHalfToEven) {
+  EXPECT_EQ(Variant(2.5).toLong(), 2);
+  EXPECT_EQ(Variant(3.5).toLong(), 4);
+  EXPECT_EQ(Variant(-2.5).toLong(), -2);
+  EXPECT_EQ(Variant(2.5000001).toLong(), 3);
+  EXPECT_EQ(Variant(0.5f).toInteger(), 0);
+  EXPECT_EQ(Variant(254.5).toByte(), 254);
+  EXPECT_EQ(Variant(u" 7.5 ").toLong(), 8);
+  EXPECT_EQ(Variant(true).toLong(), -1);
+  EXPECT_EQ(Variant().toLong(), 0);
+}
+
+TEST(Variant, OutOfRangeIsOverflowAndNonNumbersAreMismatches) {
+  EXPECT_EQ(errorOf([] { Variant(2147483647.5).toLong(); }), 6);  // rounds to 2^31
+  EXPECT_EQ(Variant(2147483647.49).toLong(), 2147483647);
+  EXPECT_EQ(errorOf([] { Variant(32767.5).toInteger(); }), 6);
+  EXPECT_EQ(errorOf([] { Variant(-1).toByte(); }), 6);
+  EXPECT_EQ(errorOf([] { Variant(1e300).toSingle(); }), 6);
+  EXPECT_EQ(errorOf([] { Variant(u"1e999").toDouble(); }), 6);
+  EXPECT_EQ(errorOf([] { Variant(u"abc").toLong(); }), 13);
+  EXPECT_EQ(errorOf([] { Variant(u"12abc").toDouble(); }), 13);
+  EXPECT_EQ(errorOf([] { Variant(u"").toLong(); }), 13);
+  EXPECT_EQ(errorOf([] { Variant::missing().toLong(); }), 13);
+  EXPECT_EQ(errorOf([] { Variant::null().toLong(); }), 94);
+  EXPECT_EQ(errorOf([] { Variant::nothing().toLong(); }), 91);
+  EXPECT_EQ(errorOf([] { Variant(5).toObject(); }), 13);
+}
+
+TEST(Variant, TextsReadAsNumbersLikeTheHost) {
+  EXPECT_DOUBLE_EQ(Variant(u"-12.25").toDouble(), -12.25);
+  EXPECT_DOUBLE_EQ(Variant(u"1.5E3").toDouble(), 1500);
+  EXPECT_DOUBLE_EQ(Variant(u".5").toDouble(), 0.5);
+  EXPECT_EQ(Variant(u"&HFF").toLong(), 255);
+  EXPECT_EQ(Variant(u"&HFFFF").toLong(), -1);  // four digits are an Integer pattern
+  EXPECT_EQ(Variant(u"&H80000000").toLong(), INT32_MIN);
+  EXPECT_TRUE(Variant(u"true").toBool());
+  EXPECT_FALSE(Variant(u"0").toBool());
+  EXPECT_EQ(errorOf([] { Variant(u"1,5").toDouble(); }), 13);  // "." is the only decimal point
+}
+
+TEST(Variant, LeadingNumberReader) {
+  EXPECT_EQ(readLeadingNumber(u"12abc"), 12);
+  EXPECT_EQ(readLeadingNumber(u"abc"), 0);
+  EXPECT_EQ(readLeadingNumber(u"  -3.5px"), -3.5);
+  EXPECT_EQ(readLeadingNumber(u"1e3x"), 1000);
+  EXPECT_EQ(readLeadingNumber(u"1e"), 1);
+  EXPECT_EQ(readLeadingNumber(u".25"), 0.25);
+  EXPECT_EQ(readLeadingNumber(u"-"), 0);
+  EXPECT_EQ(readLeadingNumber(u""), 0);
+}
+
+TEST(Variant, NumbersPrintInTheHostsDefaultForm) {
+  EXPECT_EQ(Variant(49.5f).toUtf8(), "49.5");
+  EXPECT_EQ(Variant(-1.0f).toUtf8(), "-1");
+  EXPECT_EQ(Variant(1e7f).toUtf8(), "1E+07");
+  EXPECT_EQ(Variant(1234567.0f).toUtf8(), "1234567");
+  EXPECT_EQ(Variant(0.1f).toUtf8(), "0.1");
+  EXPECT_EQ(Variant(0.0001f).toUtf8(), "0.0001");
+  EXPECT_EQ(Variant(0.00001f).toUtf8(), "1E-05");
+  EXPECT_EQ(Variant(1.0 / 3).toUtf8(), "0.333333333333333");
+  EXPECT_EQ(Variant(-2.5e-20).toUtf8(), "-2.5E-20");
+  EXPECT_EQ(Variant(int32_t(-7)).toUtf8(), "-7");
+  EXPECT_EQ(Variant(true).toUtf8(), "True");
+  EXPECT_EQ(Variant().toUtf8(), "");
+}
+
+TEST(Variant, MissingEmptyNullAreDistinct) {
+  EXPECT_TRUE(Variant::missing().isMissing());
+  EXPECT_FALSE(Variant().isMissing());
+  EXPECT_FALSE(Variant() == Variant::null());
+  EXPECT_FALSE(Variant(1) == Variant(1.0));  // same value, other type
+  EXPECT_EQ(typeName(Variant::arrayMarker()), "Variant()");
+  EXPECT_EQ(static_cast<int>(Variant::arrayMarker().type()), 8192);
+  EXPECT_EQ(typeName(Variant::nothing()), "Nothing");
+}
+
+TEST(Text, Utf16RoundTripAndCaseFolding) {
+  std::string s = "Größe \xF0\x9F\x8E\xA8";  // a character outside the BMP
+  EXPECT_EQ(toUtf16(s).size(), 8u);         // the emoji is two UTF-16 code units
+  EXPECT_EQ(toUtf8(toUtf16(s)), s);
+  EXPECT_TRUE(equalsIgnoreCase(u"Bold", u"BOLD"));
+  EXPECT_FALSE(equalsIgnoreCase(u"ß", u"SS"));
+  EXPECT_EQ(toUtf8(toUtf16("\xC3")), "\xEF\xBF\xBD");  // a broken sequence becomes U+FFFD
+}
