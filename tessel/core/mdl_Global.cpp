@@ -26,7 +26,11 @@ const ClassInfo& mdl_GlobalModule::typeInfo() {
   static const ClassInfo info = ClassBuilder<mdl_GlobalModule>()
       .global(&mdl_GlobalModule::instance)
       .get("DRAW", &mdl_Global::DRAW)
-      .method("Execute", &mdl_Global::Execute, {"lReturn"});
+      .method("Execute", &mdl_Global::Execute, {"lReturn"})
+      .method("PARADECODE", &mdl_Global::PARADECODE,
+              {"pText", "pType", "pValue1", "pValue2", "pValue3", "pValue4"})
+      .method("PARATYPETEXT", &mdl_Global::PARATYPETEXT, {"pType"})
+      .method("UNHEX", &mdl_Global::UNHEX, {"pHex", "pDefault"});
   return info;
 }
 TESSEL_REGISTER_CLASS(mdl_GlobalModule)
