@@ -36,8 +36,18 @@ bench: build
 	  $(PYTHON) bench/report.py $(BUILD)/bench.json; fi
 	@if [ -f bench/bench_python.py ]; then PYTHONPATH=$(BUILD)/python $(PYTHON) bench/bench_python.py; fi
 
+# Fuzzes the text parsers for FUZZ_TIME seconds with clang's libFuzzer; fails on any finding.
+FUZZ_BUILD ?= build-fuzz
+FUZZ_TIME  ?= 60
+fuzz: setup
+	cmake -S fuzz -B $(FUZZ_BUILD) -G Ninja -DCMAKE_CXX_COMPILER=clang++ -DCMAKE_BUILD_TYPE=RelWithDebInfo
+	cmake --build $(FUZZ_BUILD) -j $(JOBS)
+	@mkdir -p $(FUZZ_BUILD)/corpus/paradecode
+	cd $(FUZZ_BUILD) && env -u DISPLAY ./fuzz_paradecode -max_total_time=$(FUZZ_TIME) -timeout=10 \
+	  -dict=$(CURDIR)/fuzz/paradecode.dict -print_final_stats=1 corpus/paradecode
+
 install: build
 	cmake --install $(BUILD)
 
 clean:
-	rm -rf $(BUILD) out
+	rm -rf $(BUILD) $(FUZZ_BUILD) out
