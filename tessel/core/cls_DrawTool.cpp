@@ -20,6 +20,17 @@ int32_t checkedIncrement(int32_t v) {
 
 void cls_DrawTool::setStartupFunction(StartupFn fn) { gStartup = fn ? fn : &mdl_GDIPlus::GdiplusStartup; }
 
+Ref<cls_DrawToolColor> cls_DrawTool::COLOR() {
+  return trap("COLOR.GET", [&] {
+    if (!color_) color_ = make<cls_DrawToolColor>();
+    return color_;
+  });
+}
+
+void cls_DrawTool::COLOR(Ref<cls_DrawToolColor> v) {
+  trap("COLOR.SET", [&] { color_ = std::move(v); });
+}
+
 bool cls_DrawTool::READY() const {
   return trap("READY", [&] { return ready_; });
 }
@@ -107,6 +118,7 @@ void cls_DrawTool::ERRORSET(const std::u16string&) const {
 
 const ClassInfo& cls_DrawTool::typeInfo() {
   static const ClassInfo info = ClassBuilder<cls_DrawTool>()
+      .objectProperty("COLOR", &cls_DrawTool::COLOR, &cls_DrawTool::COLOR)
       .method("READY", &cls_DrawTool::READY)
       .method("INIT", &cls_DrawTool::INIT)
       .method("DEINIT", &cls_DrawTool::DEINIT)

@@ -2,6 +2,7 @@
 // through sys_Global.DRAW (clients) or mdl_Global::DRAW() (the library); one per thread.
 #pragma once
 
+#include <tessel/color/cls_DrawToolColor.h>
 #include <tessel/core/TypeLib.h>
 #include <tessel/core/enm_Draw_Status.h>
 #include <tessel/core/mdl_GDIPlus.h>
@@ -15,6 +16,10 @@ class cls_DrawTool final : public ObjectOf<cls_DrawTool> {
  public:
   static constexpr std::string_view ClassName = "cls_DrawTool";
   static const ClassInfo& typeInfo();
+
+  // The colour factory, created on first read; replaceable by another instance.
+  Ref<cls_DrawToolColor> COLOR();
+  void COLOR(Ref<cls_DrawToolColor> v);
 
   bool READY() const;
   // Starts the platform and counts the user. Answers True even when the start-up failed;
@@ -41,6 +46,7 @@ class cls_DrawTool final : public ObjectOf<cls_DrawTool> {
   uint32_t token_ = 0;
   bool ready_ = false;
   int32_t count_ = 0;
+  Ref<cls_DrawToolColor> color_;
 };
 
 }  // namespace tessel
