@@ -31,6 +31,28 @@ void cls_DrawTool::COLOR(Ref<cls_DrawToolColor> v) {
   trap("COLOR.SET", [&] { color_ = std::move(v); });
 }
 
+Ref<cls_DrawToolRect> cls_DrawTool::RECT() {
+  return trap("RECT.GET", [&] {
+    if (!rect_) rect_ = make<cls_DrawToolRect>();
+    return rect_;
+  });
+}
+
+void cls_DrawTool::RECT(Ref<cls_DrawToolRect> v) {
+  trap("RECT.SET", [&] { rect_ = std::move(v); });
+}
+
+Ref<cls_DrawToolPoint> cls_DrawTool::POINT() {
+  return trap("POINT.GET", [&] {
+    if (!point_) point_ = make<cls_DrawToolPoint>();
+    return point_;
+  });
+}
+
+void cls_DrawTool::POINT(Ref<cls_DrawToolPoint> v) {
+  trap("POINT.SET", [&] { point_ = std::move(v); });
+}
+
 bool cls_DrawTool::READY() const {
   return trap("READY", [&] { return ready_; });
 }
@@ -119,6 +141,8 @@ void cls_DrawTool::ERRORSET(const std::u16string&) const {
 const ClassInfo& cls_DrawTool::typeInfo() {
   static const ClassInfo info = ClassBuilder<cls_DrawTool>()
       .objectProperty("COLOR", &cls_DrawTool::COLOR, &cls_DrawTool::COLOR)
+      .objectProperty("RECT", &cls_DrawTool::RECT, &cls_DrawTool::RECT)
+      .objectProperty("POINT", &cls_DrawTool::POINT, &cls_DrawTool::POINT)
       .method("READY", &cls_DrawTool::READY)
       .method("INIT", &cls_DrawTool::INIT)
       .method("DEINIT", &cls_DrawTool::DEINIT)

@@ -6,6 +6,8 @@
 #include <tessel/core/TypeLib.h>
 #include <tessel/core/enm_Draw_Status.h>
 #include <tessel/core/mdl_GDIPlus.h>
+#include <tessel/geometry/cls_DrawToolPoint.h>
+#include <tessel/geometry/cls_DrawToolRect.h>
 
 #include <cstdint>
 #include <string>
@@ -20,6 +22,13 @@ class cls_DrawTool final : public ObjectOf<cls_DrawTool> {
   // The colour factory, created on first read; replaceable by another instance.
   Ref<cls_DrawToolColor> COLOR();
   void COLOR(Ref<cls_DrawToolColor> v);
+
+  // The rectangle and point factories, each created on first read and replaceable by another
+  // instance; after Nothing is assigned, the next read creates a fresh one.
+  Ref<cls_DrawToolRect> RECT();
+  void RECT(Ref<cls_DrawToolRect> v);
+  Ref<cls_DrawToolPoint> POINT();
+  void POINT(Ref<cls_DrawToolPoint> v);
 
   bool READY() const;
   // Starts the platform and counts the user. Answers True even when the start-up failed;
@@ -46,6 +55,8 @@ class cls_DrawTool final : public ObjectOf<cls_DrawTool> {
   uint32_t token_ = 0;
   bool ready_ = false;
   int32_t count_ = 0;
+  Ref<cls_DrawToolRect> rect_;
+  Ref<cls_DrawToolPoint> point_;
   Ref<cls_DrawToolColor> color_;
 };
 

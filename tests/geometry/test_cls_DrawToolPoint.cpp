@@ -1,0 +1,40 @@
+// The point factory: conversions, the default member, type mismatches, and DRAW.POINT.
+#include <tessel/tessel.h>
+
+#include <gtest/gtest.h>
+
+#include "geometry/GeometryTesting.h"
+
+using namespace tessel;
+
+TEST(cls_DrawToolPoint, NumbersAndNumericTextOnly) {
+  auto f = make<cls_DrawToolPoint>();
+  auto a = f->POINT(1.5, -2);
+  EXPECT_EQ(a->X() + a->Y(), -0.5);
+  auto b = f->AUTO(Variant(u" 7 "));
+  EXPECT_EQ(b->X(), 7);
+  EXPECT_EQ(b->Y(), 0);  // on the x-axis when pY is omitted
+  EXPECT_NE(f->AUTO(Variant(1)).get(), f->AUTO(Variant(1)).get());
+  Variant c = Invoke(f.get(), "", InvokeKind::Method, {Variant(u"3"), Variant(u"4.5")});  // AUTO by default
+  EXPECT_EQ(Invoke(c, "Y", InvokeKind::Get), Variant(4.5));
+
+  for (Variant v : {Variant(u"abc"), Variant(u"(1,2)"), Variant(make<cls_DrawPoint>()), Variant::missing()}) {
+    Error e = raisedBy([&] { f->AUTO(v); });
+    EXPECT_EQ(e.number(), kTypeMismatch) << typeName(v);
+    EXPECT_EQ(e.source(), "cls_DrawToolPoint.AUTO");
+    EXPECT_EQ(e.description(), "Ungültiger Parameter (13)");
+  }
+}
+
+TEST(cls_DrawToolPoint, TheRootObjectHoldsAReplaceableOne) {
+  auto draw = mdl_Global::DRAW();
+  EXPECT_EQ(draw->POINT().get(), draw->POINT().get());
+  auto other = make<cls_DrawToolPoint>();
+  Invoke(draw.get(), "point", InvokeKind::Set, {Variant(other)});
+  EXPECT_EQ(draw->POINT().get(), other.get());
+  draw->POINT(nullptr);  // Nothing: the next read makes a new one
+  EXPECT_TRUE(draw->POINT());
+  EXPECT_NE(draw->POINT().get(), other.get());
+  Error e = raisedBy([&] { Invoke(draw.get(), "POINT", InvokeKind::Set, {Variant(make<cls_DrawToolRect>())}); });
+  EXPECT_EQ(e.source(), "cls_DrawTool.POINT.SET");
+}
