@@ -431,8 +431,8 @@ template <class... A>
 void callGeneric(const std::function<void(std::span<Variant>)>& h, A&... args) {
   std::array<Variant, sizeof...(A)> vs{toVariant(args)...};
   h(std::span<Variant>(vs.data(), vs.size()));
-  size_t i = 0;
-  auto back = [&](auto& a) {
+  [[maybe_unused]] size_t i = 0;
+  [[maybe_unused]] auto back = [&](auto& a) {
     using T = std::remove_reference_t<decltype(a)>;
     if constexpr (!std::is_const_v<T>) {
       if constexpr (std::is_same_v<T, Variant>) a = vs[i];
