@@ -50,7 +50,7 @@ const MemberInfo* ClassInfo::find(std::string_view name) const noexcept {
       char c = name[i];
       buf[i] = (c >= 'A' && c <= 'Z') ? static_cast<char>(c + 32) : c;
     }
-    auto it = index_.find(std::string(buf, name.size()));
+    auto it = index_.find(std::string_view(buf, name.size()));
     return it == index_.end() ? nullptr : &members_[it->second];
   }
   auto it = index_.find(lowerKey(name));
@@ -85,16 +85,6 @@ const std::vector<EnumInfo>& enums() { return registry().enums; }
 }  // namespace TypeLib
 
 namespace detail {
-
-MemberInfo& slot(std::vector<MemberInfo>& members, std::unordered_map<std::string, size_t>& index,
-                 std::string_view name) {
-  auto key = lowerKey(name);
-  auto it = index.find(key);
-  if (it != index.end()) return members[it->second];
-  index.emplace(key, members.size());
-  members.push_back(MemberInfo{std::string(name), {}, {}, {}, {}});
-  return members.back();
-}
 
 void nameParams(Accessor& a, std::string_view cls, std::string_view member, std::initializer_list<Param> params,
                 bool assigns) {

@@ -24,6 +24,7 @@
 #include <tessel/core/Object.h>
 #include <tessel/core/Variant.h>
 #include <tessel/core/mdl_Err.h>
+#include <tessel/core/Text.h>
 
 #include <array>
 #include <functional>
@@ -102,7 +103,11 @@ class ClassInfo {
   std::function<Ref<Object>()> create_;
   std::function<Ref<Object>()> instance_;
   std::vector<MemberInfo> members_;
-  std::unordered_map<std::string, size_t> index_;  // lower-case name -> member
+  struct NameHash {
+    using is_transparent = void;
+    size_t operator()(std::string_view s) const noexcept { return std::hash<std::string_view>{}(s); }
+  };
+  std::unordered_map<std::string, size_t, NameHash, std::equal_to<>> index_;  // lower-case name -> member
   std::vector<EventInfo> events_;
   int default_ = -1;
 };
@@ -424,8 +429,15 @@ class ClassBuilder {
 namespace detail {
 void nameParams(Accessor& a, std::string_view cls, std::string_view member, std::initializer_list<Param> params,
                 bool assigns);
-MemberInfo& slot(std::vector<MemberInfo>& members, std::unordered_map<std::string, size_t>& index,
-                 std::string_view name);
+template <class Index>
+MemberInfo& slot(std::vector<MemberInfo>& members, Index& index, std::string_view name) {
+  auto key = toLowerAscii(name);
+  auto it = index.find(key);
+  if (it != index.end()) return members[it->second];
+  index.emplace(key, members.size());
+  members.push_back(MemberInfo{std::string(name), {}, {}, {}, {}});
+  return members.back();
+}
 
 template <class... A>
 void callGeneric(const std::function<void(std::span<Variant>)>& h, A&... args) {
