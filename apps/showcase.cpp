@@ -36,6 +36,9 @@ bool drawPicture(const std::string& file) {
 
 }  // namespace
 
+void showGeometry();
+void showPalette();
+
 int main(int argc, char** argv) {
   std::string out = argc > 1 ? argv[1] : "showcase.png";
   Ref<cls_DrawTool> draw = sys_Global::instance()->DRAW();
@@ -48,6 +51,9 @@ int main(int argc, char** argv) {
   // Every member is reachable by name as well.
   Variant ready = Invoke(draw.get(), "ready", InvokeKind::Method);
   std::printf("late-bound READY: %s\n", ready.toUtf8().c_str());
+
+  showGeometry();
+  showPalette();
 
   if (!drawPicture(out)) {
     std::fprintf(stderr, "could not draw %s\n", out.c_str());
