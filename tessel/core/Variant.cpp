@@ -112,6 +112,15 @@ int64_t roundToWhole(double v, double lo, double hi) {
   return static_cast<int64_t>(r);
 }
 
+// An object stands for the value of its default member, if it has one.
+Variant Variant::defaultValue() const {
+  if (!o_) raise(rt::ObjectNotSet);
+  if (!o_->classInfo().defaultMember()) raise(rt::TypeMismatch);
+  Variant v = Invoke(o_.get(), "", InvokeKind::Get);
+  if (v.isObject()) raise(rt::TypeMismatch);
+  return v;
+}
+
 double Variant::numberOrRaise() const {
   switch (t_) {
     case VarType::Empty: return 0;
@@ -128,14 +137,8 @@ double Variant::numberOrRaise() const {
       if (std::isinf(d)) raise(rt::Overflow);
       return d;
     }
-    case VarType::Object: {
-      if (!o_) raise(rt::ObjectNotSet);
-      // An object stands for the value of its default member, if it has one.
-      if (!o_->classInfo().defaultMember()) raise(rt::TypeMismatch);
-      Variant v = Invoke(o_.get(), "", InvokeKind::Get);
-      if (v.isObject()) raise(rt::TypeMismatch);
-      return v.numberOrRaise();
-    }
+    case VarType::Object:
+      return defaultValue().numberOrRaise();
     default:
       raise(rt::TypeMismatch);
   }
@@ -187,13 +190,8 @@ std::u16string Variant::toString() const {
     case VarType::Byte: case VarType::Integer: case VarType::Long:
       return formatNumber(numberOrRaise(), 15);
     case VarType::Null: raise(rt::InvalidUseOfNull);
-    case VarType::Object: {
-      if (!o_) raise(rt::ObjectNotSet);
-      if (!o_->classInfo().defaultMember()) raise(rt::TypeMismatch);
-      Variant v = Invoke(o_.get(), "", InvokeKind::Get);
-      if (v.isObject()) raise(rt::TypeMismatch);
-      return v.toString();
-    }
+    case VarType::Object:
+      return defaultValue().toString();
     default:
       raise(rt::TypeMismatch);
   }

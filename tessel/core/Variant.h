@@ -84,6 +84,7 @@ class Variant {
  private:
   explicit Variant(VarType t) noexcept : t_(t) {}
   double numberOrRaise() const;  // the numeric value of any convertible variant
+  Variant defaultValue() const;  // an object's default member, read
 
   VarType t_ = VarType::Empty;
   union {

@@ -91,23 +91,25 @@ ErrAction ErrHandler(int32_t& Number, std::string& Description, std::string_view
 
   if (TerminateRequested) TerminateNow();
 
+  // The library's own number and text: "<text>n)".
+  auto rewrite = [&](int32_t libraryNumber, const char* text) {
+    Number = libraryNumber;
+    Description = text + nText + ")";
+  };
+
   ErrAction action = ErrRaise;
   switch (classify(n)) {
     case ErrClass::Parameter:
-      Number = 4001;
-      Description = "Ungültiger Parameter (" + nText + ")";
+      rewrite(4001, "Ungültiger Parameter (");
       break;
     case ErrClass::Object:
-      Number = 4002;
-      Description = "Objekt-Fehler (" + nText + ")";
+      rewrite(4002, "Objekt-Fehler (");
       break;
     case ErrClass::ObjectCreation:
-      Number = 4003;
-      Description = "Objekt-Fehler (" + nText + ")";
+      rewrite(4003, "Objekt-Fehler (");
       break;
     case ErrClass::Memory:
-      Number = 4004;
-      Description = "Nicht genügend freier Arbeitsspeicher (" + nText + ")";
+      rewrite(4004, "Nicht genügend freier Arbeitsspeicher (");
       break;
     case ErrClass::Ignorable:
       action = ErrContinue;
@@ -129,8 +131,7 @@ ErrAction ErrHandler(int32_t& Number, std::string& Description, std::string_view
           action = ErrContinue;
           break;
         default:
-          Number = 4005;
-          Description = "Dateizugriff fehlgeschlagen (" + nText + ")";
+          rewrite(4005, "Dateizugriff fehlgeschlagen (");
           action = ErrRaise;
       }
       break;
