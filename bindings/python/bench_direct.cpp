@@ -1,0 +1,60 @@
+// The measurement peer of bench/bench_python.py: the same members that scripts reach through
+// the type library, bound by hand with pybind11, one line each. Not part of the package.
+#include <pybind11/pybind11.h>
+
+#include <chrono>
+
+#include <tessel/core/cls_DrawTool.h>
+#include <tessel/core/mdl_Global.h>
+#include <tessel/geometry/cls_DrawPoint.h>
+#include <tessel/geometry/cls_DrawRect.h>
+
+namespace py = pybind11;
+using namespace tessel;
+
+PYBIND11_DECLARE_HOLDER_TYPE(T, tessel::Ref<T>, true)
+
+namespace {
+
+// Nanoseconds per call of f, best of five runs of n calls.
+template <class F>
+double timePerCall(long n, F&& f) {
+  double best = 1e30;
+  for (int run = 0; run < 5; ++run) {
+    auto t0 = std::chrono::steady_clock::now();
+    for (long i = 0; i < n; ++i) f();
+    auto t1 = std::chrono::steady_clock::now();
+    best = std::min(best, std::chrono::duration<double, std::nano>(t1 - t0).count() / static_cast<double>(n));
+  }
+  return best;
+}
+
+volatile double gSink;
+
+}  // namespace
+
+PYBIND11_MODULE(_tessel_bench_direct, m) {
+  py::class_<cls_DrawTool, Ref<cls_DrawTool>>(m, "DrawTool", py::module_local())
+      .def("READY", &cls_DrawTool::READY);
+  py::class_<cls_DrawPoint, Ref<cls_DrawPoint>>(m, "DrawPoint", py::module_local())
+      .def_property("X", py::overload_cast<>(&cls_DrawPoint::X, py::const_),
+                    py::overload_cast<double>(&cls_DrawPoint::X))
+      .def("MOVE", &cls_DrawPoint::MOVE);
+  py::class_<cls_DrawRect, Ref<cls_DrawRect>>(m, "DrawRect", py::module_local())
+      .def_property("X", py::overload_cast<>(&cls_DrawRect::X, py::const_), py::overload_cast<float>(&cls_DrawRect::X))
+      .def("MOVE", &cls_DrawRect::MOVE);
+  m.def("root", [] { return mdl_Global::DRAW(); });
+  m.def("point", [] { return make<cls_DrawPoint>(); });
+  m.def("rect", [] { return make<cls_DrawRect>(); });
+
+  // The same get from C++: the member function itself, and the late-bound Invoke by name.
+  m.def("cpp_get_ns", [](long n) {
+    Ref<cls_DrawPoint> p = make<cls_DrawPoint>();
+    cls_DrawPoint* volatile target = p.get();
+    return timePerCall(n, [&] { gSink = target->X(); });
+  });
+  m.def("cpp_invoke_ns", [](long n) {
+    Ref<cls_DrawPoint> p = make<cls_DrawPoint>();
+    return timePerCall(n, [&] { gSink = Invoke(p.get(), "X", InvokeKind::Get, std::span<Variant>()).toDouble(); });
+  });
+}
