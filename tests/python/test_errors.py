@@ -1,0 +1,133 @@
+"""Errors reach the script as tessel.Error; the dialog and termination seams."""
+import pickle
+import subprocess
+import sys
+import textwrap
+from pathlib import Path
+
+import pytest
+
+import tessel
+
+
+def signed(number):
+    return number - 2**32 if number >= 2**31 else number
+
+
+def test_errors_carry_number_source_and_description(rect, probe):
+    with pytest.raises(tessel.Error) as info:
+        rect.MOVECENTER("abc")
+    e = info.value
+    assert isinstance(e, Exception)
+    assert e.number == signed(0x8004000D) == -2147221491
+    assert e.source == "cls_DrawRect.MOVECENTER"
+    assert e.description == "Ungültiger Parameter (13)"
+    assert "cls_DrawRect.MOVECENTER" in str(e) and "0x8004000D" in str(e)
+
+    with pytest.raises(tessel.Error) as info:
+        probe.FAIL(5)
+    assert (info.value.number, info.value.source) == (-2147221499, "cls_PyProbe.FAIL")
+    with pytest.raises(tessel.Error) as info:
+        tessel.mdl_Global.UNHEX("80000000", 0)
+    assert (info.value.number, info.value.source) == (signed(0x80040006), "mdl_Global.UNHEX")
+    # The host's own errors keep their plain numbers.
+    with pytest.raises(tessel.Error) as info:
+        tessel.invoke(rect, "NOSUCH", "method")
+    assert info.value.number == 438
+
+    copy = pickle.loads(pickle.dumps(e))
+    assert (copy.number, copy.source, copy.description) == (e.number, e.source, e.description)
+
+
+def test_a_failed_operation_leaves_the_object_usable(rect):
+    rect.MOVE(1, 2, 3, 4)
+    with pytest.raises(tessel.Error):
+        rect.MOVE("x", 0)
+    assert rect.INFO() == "(1,2)-(3,5)"
+    assert rect.MOVE(5, 5).X == 5
+
+
+def test_the_message_box_answers_the_error_dialogs(probe):
+    asked = []
+    answers = iter(["Retry", "Ignore"])
+
+    def answer(prompt, title, buttons, icon, default):
+        asked.append((title, buttons, icon, default))
+        assert prompt.startswith("Es ist ein Fehler beim Zugriff auf eine Datei aufgetreten")
+        return next(answers)
+
+    tessel.set_message_box(answer)
+    probe.FAIL(53)  # a file error: Retry runs the body again, Ignore goes on
+    assert probe.ATTEMPTS == 2
+    assert asked == [("Datei-Fehler!", "AbortRetryIgnore", "Critical", 2)] * 2
+
+    tessel.set_message_box(lambda *args: "Abort")
+    with pytest.raises(tessel.Error) as e:
+        probe.FAIL(53)
+    assert e.value.description == "Dateizugriff fehlgeschlagen (53)"
+
+
+def test_a_failing_answerer_reaches_the_script(probe):
+    def broken(*args):
+        raise RuntimeError("no answer")
+
+    tessel.set_message_box(broken)
+    with pytest.raises(RuntimeError) as e:
+        probe.FAIL(53)
+    assert isinstance(e.value.__context__, tessel.Error)  # the dialog was aborted
+    for wrong in ("Maybe", "Yes", 3):
+        tessel.set_message_box(lambda *args, w=wrong: w)
+        with pytest.raises(ValueError):
+            probe.FAIL(53)
+    with pytest.raises(TypeError):
+        tessel.set_message_box("OK")
+
+
+def test_without_answerer_and_display_the_text_goes_to_stderr(probe, capfd):
+    tessel.set_message_box(lambda *args: "Ignore")
+    tessel.set_message_box(None)  # the built-in service again
+    with pytest.raises(tessel.Error):
+        probe.FAIL(53)  # nobody can answer: the dialog is aborted
+    assert "Datei-Fehler!" in capfd.readouterr().err
+
+
+def test_termination_ends_the_call_with_system_exit(probe):
+    calls = []
+    tessel.set_terminate(lambda: calls.append("ended"))
+    probe.REQUESTTERMINATE(True)
+    with pytest.raises(SystemExit) as e:
+        tessel.DRAW.ERRORSET("x")
+    assert e.value.code == 1 and calls == ["ended"]
+    with pytest.raises(SystemExit):
+        probe.FAIL(5)  # while the request stands, any error ends the program
+    assert calls == ["ended"] * 2
+
+    class Stop(Exception):
+        pass
+
+    def stop():
+        raise Stop
+
+    tessel.set_terminate(stop)  # the handler's own exception takes SystemExit's place
+    with pytest.raises(Stop):
+        tessel.DRAW.ERRORSET("x")
+
+
+def test_termination_ends_the_interpreter_without_losing_output():
+    script = textwrap.dedent(
+        """
+        import tessel, _tessel_testprobe
+        print("before", flush=False)
+        try:
+            tessel.cls_PyProbe().REQUESTTERMINATE(True)
+            tessel.DRAW.ERRORSET("x")
+        finally:
+            print("finally")
+        print("after")
+        """
+    )
+    build = Path(tessel.__file__).resolve().parent.parent
+    run = subprocess.run([sys.executable, "-c", script], capture_output=True, text=True,
+                         env={"PYTHONPATH": str(build)}, timeout=60)
+    assert run.returncode == 1
+    assert run.stdout.split() == ["before", "finally"]

@@ -1,0 +1,161 @@
+"""Events: connecting, the connection's lifetime, arguments and ByRef cells, and what happens
+when a callback fails."""
+import gc
+import weakref
+
+import pytest
+
+import tessel
+
+
+def test_callbacks_receive_events(rect):
+    moved, resized = [], []
+    c1 = rect.connect("MOVED", lambda: moved.append((rect.X, rect.Y)))
+    c2 = rect.connect("resize", lambda: resized.append(rect.W))  # names in any case
+    rect.X = 3
+    rect.X = 3  # unchanged: no event
+    rect.W = 20
+    rect.MOVE(4, 5, 30)  # MOVED per changed coordinate, then RESIZE
+    assert moved == [(3, 0), (4, 0), (4, 5)]
+    assert resized == [20, 30]
+    assert c1.connected and c2.connected
+
+
+def test_disconnecting_and_dropping_the_connection_stop_the_callback(rect):
+    calls = []
+    conn = rect.connect("MOVED", lambda: calls.append(1))
+    rect.X = 1
+    conn.disconnect()
+    conn.disconnect()
+    rect.X = 2
+    assert calls == [1] and not conn.connected
+
+    conn = rect.connect("MOVED", lambda: calls.append(2))
+    del conn  # the object holds its listeners weakly
+    rect.X = 3
+    with rect.connect("MOVED", lambda: calls.append(3)):
+        rect.X = 4
+    rect.X = 5
+    assert calls == [1, 3]
+
+
+def test_the_connection_owns_the_callback_and_cycles_are_collected(rect):
+    class Listener:
+        def __init__(self, source):
+            self.calls = 0
+            self.conn = source.connect("MOVED", self.on_moved)  # a cycle through the connection
+
+        def on_moved(self):
+            self.calls += 1
+
+    listener = Listener(rect)
+    rect.X = 1
+    assert listener.calls == 1
+    gone = weakref.ref(listener)
+    del listener
+    gc.collect()
+    assert gone() is None
+    rect.X = 2  # nothing left to call
+
+
+def test_event_arguments_and_byref_cells(probe):
+    seen = []
+
+    def first(key):
+        seen.append(("first", key.value))
+        key.value = 66  # a ByRef argument: the change goes back to the raiser
+
+    def second(key):
+        seen.append(("second", key.value))
+
+    c1 = probe.connect("KEY", first)
+    c2 = probe.connect("KEY", second)
+    assert probe.PRESS(65) == 66
+    assert seen == [("first", 65), ("second", 66)]
+    del c1, c2
+
+    changes = []
+    c3 = probe.connect("CHANGED", lambda key, value: changes.append((key, value)))
+    probe.ITEM["a"] = 1.5
+    probe.ITEM["b"] = probe
+    assert changes == [("a", 1.5), ("b", probe)]
+    del c3
+
+
+def test_a_value_the_raiser_cannot_take_leaves_the_argument(probe):
+    def text(key):
+        key.value = "abc"  # no Integer: ignored, as the library does
+
+    with probe.connect("KEY", text):
+        assert probe.PRESS(65) == 65
+
+    def unconvertible(key):
+        key.value = [1]
+
+    with probe.connect("KEY", unconvertible):
+        with pytest.raises(TypeError):
+            probe.PRESS(65)
+
+
+def test_a_failing_callback_raises_from_the_call_that_raised_the_event(rect):
+    calls = []
+
+    def broken():
+        raise ValueError("boom")
+
+    c1 = rect.connect("MOVED", broken)
+    c2 = rect.connect("MOVED", lambda: calls.append(rect.X))
+    with pytest.raises(ValueError):
+        rect.X = 7
+    assert rect.X == 7 and calls == [7]  # the library finished its work; other listeners ran
+
+    def nested():
+        tessel.mdl_Global.UNHEX("80000000", 0)
+
+    c1.disconnect()
+    c1 = rect.connect("MOVED", nested)
+    with pytest.raises(tessel.Error) as e:
+        rect.X = 8
+    assert e.value.source == "mdl_Global.UNHEX"
+    del c1, c2
+
+
+def test_ending_the_program_in_a_callback_unwinds_the_whole_call(rect, probe):
+    seen = []
+
+    def on_moved():
+        seen.append(rect.X)
+        probe.REQUESTTERMINATE(True)
+        tessel.DRAW.ERRORSET("x")
+
+    c1 = rect.connect("MOVED", on_moved)
+    c2 = rect.connect("RESIZE", lambda: seen.append("resized"))
+    with pytest.raises(SystemExit):
+        rect.MOVE(5, 5, 20, 20)
+    assert seen == [5]  # no second MOVED, no RESIZE
+    assert (rect.X, rect.Y) == (5, 0)
+    probe.REQUESTTERMINATE(False)
+
+    def interrupt():
+        raise KeyboardInterrupt
+
+    c1.disconnect()
+    c1 = rect.connect("MOVED", interrupt)
+    with pytest.raises(KeyboardInterrupt):
+        rect.MOVE(6, 6, 30, 30)
+    assert seen == [5] and rect.Y == 0
+    del c1, c2
+
+
+def test_connect_errors(rect, probe):
+    with pytest.raises(tessel.Error) as e:
+        rect.connect("NOSUCH", print)
+    assert e.value.number == 438
+    with pytest.raises(TypeError):
+        rect.connect("MOVED", 5)
+    with pytest.raises(TypeError):
+        rect.connect("MOVED")
+    # A member of the same name keeps everything but connect(event, callback).
+    assert probe.connect(probe) == "cls_PyProbe"
+    assert isinstance(probe.connect("KEY", print), tessel.Connection)
+    assert probe.CONNECT("KEY") == "String"

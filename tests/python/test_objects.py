@@ -1,0 +1,108 @@
+"""The module's objects: the root object per thread, classes as callables, identity,
+enumerations, global objects and modules, introspection."""
+import inspect
+import pydoc
+import threading
+import weakref
+
+import pytest
+
+import tessel
+
+
+def test_root_object_is_the_calling_threads():
+    root = tessel.DRAW
+    assert root is tessel.DRAW is tessel.sys_Global.DRAW is tessel.mdl_Global.DRAW
+    assert isinstance(root, tessel.cls_DrawTool)
+    seen = {}
+
+    def worker():
+        seen["root"] = tessel.DRAW
+        seen["same"] = tessel.sys_Global.DRAW is tessel.DRAW
+        seen["global"] = tessel.sys_Global
+
+    t = threading.Thread(target=worker)
+    t.start()
+    t.join()
+    assert seen["same"]
+    assert isinstance(seen["root"], tessel.cls_DrawTool)
+    assert seen["root"] is not root
+    assert seen["global"] is not tessel.sys_Global
+
+
+def test_creatable_classes_make_new_objects():
+    a, b = tessel.cls_DrawRect(), tessel.cls_DrawRect()
+    assert a is not b
+    assert isinstance(a, tessel.cls_DrawRect) and isinstance(a, tessel.Object)
+    assert not isinstance(a, tessel.cls_DrawPoint) and not isinstance(1, tessel.cls_DrawRect)
+    assert tessel.cls_DrawRect.creatable and not tessel.cls_DrawTool.creatable
+    with pytest.raises(tessel.Error) as e:
+        tessel.cls_DrawTool()
+    assert e.value.number == 429
+    with pytest.raises(TypeError):
+        tessel.cls_DrawRect(1)
+    with pytest.raises(TypeError):
+        tessel.Object()
+
+
+def test_the_same_native_object_is_the_same_python_object(rect):
+    assert rect.MOVE(1, 2) is rect  # operations that change an object return it
+    assert rect.CLONE() is not rect
+    assert tessel.DRAW.RECT is tessel.DRAW.RECT
+    colors = tessel.DRAW.COLOR
+    assert colors.BLACK is colors.BLACK
+
+    # An object only the library holds comes back as the Python object Python still has.
+    flags = tessel.cls_DrawFlags()
+    point = tessel.cls_DrawPoint()
+    flags.SETFLAG("p", point)
+    assert flags("p") is point
+    # While Python lets go, the library keeps the native object and its state.
+    flags.SETFLAG("q", tessel.cls_DrawPoint())
+    flags("q").X = 5
+    assert flags("q").X == 5
+    # Once neither holds it, it is gone.
+    ref = weakref.ref(point)
+    flags.REMOVE("p")
+    del point
+    assert ref() is None
+
+
+def test_enumerations_are_constants_and_namespaces(rect):
+    assert tessel.ID_UIRectCorner_XRightYBottom == 8
+    assert tessel.enm_UIRectCorner.ID_UIRectCorner_XRightYBottom == 8
+    assert tessel.enm_Draw_Status.OK == 0 and tessel.enm_Draw_Status.FileNotFound == 10
+    assert tessel.enm_Draw_Status.name_of(10) == "FileNotFound"
+    assert "ABORTED" in tessel.enm_Draw_Status and len(tessel.enm_Draw_Status) == 21
+    assert not hasattr(tessel, "OK")  # only ID_ members are module constants
+    corner = rect.CORNER(tessel.ID_UIRectCorner_XRightYBottom)
+    assert (corner.X, corner.Y) == (9, 9)
+    assert tessel.DRAW.ERRORINFO(tessel.enm_Draw_Status.FileNotFound) == "File Not Found."
+
+
+def test_modules_and_classes_registered_later_are_objects_of_the_module():
+    assert isinstance(tessel.mdl_Global, tessel.Object)
+    assert tessel.mdl_Global.UNHEX("ff", 0) == 255
+    assert tessel.mdl_Global.PARATYPETEXT(2) == "Coord"
+    # cls_PyProbe was registered after `import tessel` (see conftest): it appears by itself.
+    assert isinstance(tessel.cls_PyProbe, tessel.Class)
+    assert {"DRAW", "sys_Global", "mdl_Global", "cls_DrawRect", "cls_PyProbe"} <= set(dir(tessel))
+    with pytest.raises(AttributeError):
+        tessel.cls_NoSuchClass
+
+
+def test_dir_repr_and_help_come_from_the_type_library(rect):
+    assert {"MOVECENTER", "X", "x2", "connect"} <= set(dir(rect))
+    assert "connect" not in dir(tessel.cls_DrawFlags())  # no events to connect to
+    assert repr(rect).startswith("<tessel.cls_DrawRect object at ")
+    assert repr(rect.MOVE) == "<tessel member cls_DrawRect.MOVE>"
+
+    text = pydoc.render_doc(rect.MOVE, renderer=pydoc.plaintext)
+    assert "MOVE(pX, pY, pW=-1, pH=-1)" in text
+    assert "[pW As Single = -1]" in text
+    assert str(inspect.signature(tessel.cls_DrawFlags().FLAG)) == "(pKey, pDefault=tessel.Missing)"
+    assert "ByRef pType As Long" in pydoc.render_doc(tessel.mdl_Global.PARADECODE, renderer=pydoc.plaintext)
+
+    text = pydoc.render_doc(tessel.cls_DrawRect, renderer=pydoc.plaintext)
+    assert "MOVECENTER(pPoint As Variant)" in text and "X As Single  [get, let]" in text
+    assert "Events" in text and "MOVED" in text
