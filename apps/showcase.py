@@ -1,0 +1,93 @@
+#!/usr/bin/env python3
+"""The showcase, scripted: what apps/showcase.cpp does, through the tessel module.
+
+Starts the toolkit, reports its state, then walks the geometry and the colours as a script sees
+them (members by name, the factories' default members, events). The report is printed and also
+written to <out>/showcase-python.txt.
+
+    PYTHONPATH=build/python python3 apps/showcase.py out
+"""
+import os
+import sys
+
+import tessel
+
+
+def show_root(say):
+    draw = tessel.DRAW
+    say(f"Tessel root object: {draw.__tessel_class__}, ready: {'yes' if draw.READY() else 'no'}")
+    draw.INIT()
+    say(f"after INIT: ready {'yes' if draw.READY() else 'no'}")
+    say(f'status 10 reads "{draw.ERRORINFO(tessel.enm_Draw_Status.FileNotFound)}"')
+    say(f"late-bound READY: {tessel.invoke(draw, 'ready', 'method')}")
+
+
+def show_geometry(say):
+    draw = tessel.DRAW
+    box = draw.RECT("10", 20, 100, 50)  # the factory's default member, AUTO
+    counts = {"MOVED": 0, "RESIZE": 0}
+
+    def counter(name):
+        def count():
+            counts[name] += 1
+        return count
+
+    # The connections are kept for as long as the events should be counted.
+    connections = [box.connect(name, counter(name)) for name in counts]
+
+    say(f"geometry: box {box.INFO()}, {box.W:g} by {box.H:g}, centre ({box.XC:g}, {box.YC:g})")
+    corner = box.CORNER(tessel.ID_UIRectCorner_XRightYBottom)
+    handle = box.CORNERRECT(tessel.ID_UIRectCorner_XRightYBottom, 8)
+    say(f"geometry: bottom-right corner ({corner.X:g}, {corner.Y:g}), its 8-pixel handle {handle.INFO()}")
+
+    other = draw.RECT(0, 0, 30, 30)
+    box.MERGE(other)
+    say(f"geometry: merged with {other.INFO()} -> {box.INFO()}")
+    box.EXPAND(2)
+    box.MOVECENTER(draw.POINT.POINT(200, 100))
+    hit = "yes" if box.HITTESTXY(200, 100) else "no"
+    say(f"geometry: expanded by 2 and centred on (200, 100) -> {box.INFO()}; hit (200, 100): {hit}")
+    say(f"geometry: the box raised MOVED {counts['MOVED']} times and RESIZE {counts['RESIZE']} times")
+    for c in connections:
+        c.disconnect()
+
+    try:
+        box.MOVECENTER("somewhere")
+    except tessel.Error as e:
+        say(f"geometry: a bad argument raises tessel.Error {e.number} from {e.source}: {e.description}")
+
+
+def show_palette(say):
+    colors = tessel.DRAW.COLOR
+    light, dark = "#F4F1EA", "#1E1E1E"
+    say(f"Colour palette (variants by 40, contrast colours on {light} and {dark})")
+    say(f"  {'colour':<10}{'brighter':<10}{'darker':<10}{'brightness':<12}{'on light':<10}{'on dark':<10}contrast")
+    for name in ("#2F6690", "#3A7CA5", "#D9DCD6", "orange", "rebeccapurple", "#808080"):
+        c = colors(name)
+        say(f"  {c.HTML():<10}{c.BRIGHTER(40).HTML():<10}{c.DARKER(40).HTML():<10}{c.BRIGHTNESS():<12}"
+            f"{c.CONTRASTCOLOR(light).HTML():<10}{c.CONTRASTCOLOR(dark).HTML():<10}{c.CONTRAST().HTML()}")
+
+
+def main(argv):
+    out = argv[1] if len(argv) > 1 else "."
+    lines = []
+
+    def say(text):
+        print(text)
+        lines.append(text)
+
+    show_root(say)
+    show_geometry(say)
+    show_palette(say)
+    tessel.DRAW.DEINIT()
+
+    os.makedirs(out, exist_ok=True)
+    report = os.path.join(out, "showcase-python.txt")
+    with open(report, "w", encoding="utf-8") as f:
+        f.write("\n".join(lines) + "\n")
+    print(f"wrote {report}")
+    return 0
+
+
+if __name__ == "__main__":
+    sys.exit(main(sys.argv))

@@ -1,0 +1,67 @@
+#!/usr/bin/env python3
+"""The cost of the late-bound path from Python.
+
+Each case runs the same member two ways: through the type library (tessel, no per-class
+binding code) and through a hand-written pybind11 binding of that member (_tessel_bench_direct,
+built next to the package as a measurement peer). The ratio is what counts; the target is that
+the type library adds at most 20% over the hand-written binding. A last line compares a scripted
+get with the same get made from C++.
+
+Run with PYTHONPATH=<build>/python (make bench does).
+"""
+import sys
+import timeit
+
+import tessel
+import _tessel_bench_direct as direct
+
+TARGET = 1.20
+
+
+def per_call(stmt, env, number):
+    """Best time per execution in ns, the timing loop's own cost removed."""
+    timer = timeit.Timer(stmt, globals=env)
+    empty = timeit.Timer("pass", globals=env)
+    best = min(timer.repeat(repeat=7, number=number)) / number
+    loop = min(empty.repeat(repeat=7, number=number)) / number
+    return best * 1e9, (best - loop) * 1e9
+
+
+def main():
+    env = {
+        "tp": tessel.cls_DrawPoint(), "dp": direct.point(),
+        "tr": tessel.cls_DrawRect(), "dr": direct.rect(),
+        "tt": tessel.DRAW, "dt": direct.root(),
+    }
+    cases = [
+        # name, scripted statement, hand-written statement
+        ("get Double property (cls_DrawPoint.X)", "tp.X", "dp.X"),
+        ("get Single property (cls_DrawRect.X)", "tr.X", "dr.X"),
+        ("let Double property (cls_DrawPoint.X)", "tp.X = 1.5", "dp.X = 1.5"),
+        ("method, no arguments (cls_DrawTool.READY)", "tt.READY()", "dt.READY()"),
+        ("method, 4 arguments (cls_DrawRect.MOVE)", "tr.MOVE(1, 2, 3, 4)", "dr.MOVE(1, 2, 3, 4)"),
+    ]
+    number = 200_000
+    print("Python late-bound calls: type library vs hand-written pybind11 binding")
+    print(f"  {'case':<44} {'tessel':>10} {'direct':>10} {'ratio':>7} {'net ratio':>10}")
+    worst_get = 0.0
+    for name, scripted, handwritten in cases:
+        t_raw, t_net = per_call(scripted, env, number)
+        d_raw, d_net = per_call(handwritten, env, number)
+        ratio, net = t_raw / d_raw, t_net / d_net
+        if name.startswith("get"):
+            worst_get = max(worst_get, ratio)
+        print(f"  {name:<44} {t_raw:8.1f}ns {d_raw:8.1f}ns {ratio:6.2f}x {net:9.2f}x")
+
+    cpp = direct.cpp_get_ns(2_000_000)
+    cpp_invoke = direct.cpp_invoke_ns(2_000_000)
+    scripted, _ = per_call("tp.X", env, number)
+    print(f"  C++ direct get {cpp:.1f}ns, C++ Invoke by name {cpp_invoke:.1f}ns; "
+          f"a scripted get costs {scripted / cpp_invoke:.1f}x the C++ Invoke")
+    verdict = "meets" if worst_get <= TARGET else "MISSES"
+    print(f"  property get: type library / hand-written = {worst_get:.2f}x ({verdict} the {TARGET:.2f}x target)")
+    return 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
