@@ -71,7 +71,8 @@ long lookup(ClassCache& c, PyObject* name) {
   if (n.size() >= 2 && n[0] == '_' && n[1] == '_') code = kNotMember;
   else if (n == "connect") code = kConnect;
   else if (const MemberInfo* m = c.ci->find(n)) code = static_cast<long>(m - c.ci->members().data());
-  if (PyUnicode_CheckExact(name)) {
+  // Names that are no member are remembered too, but not without bound (getattr with made-up names).
+  if (PyUnicode_CheckExact(name) && (code != kNotMember || PyDict_GET_SIZE(c.names) < 4096)) {
     PyObject* v = PyLong_FromLong(code);
     if (!v || PyDict_SetItem(c.names, name, v) < 0) {
       Py_XDECREF(v);
