@@ -156,6 +156,21 @@ def test_special_values_and_objects(probe):
     assert r.X == 0.1
 
 
+def test_library_conversions_apply_after_the_crossing():
+    colors = tessel.DRAW.COLOR
+    c = colors("#102030")
+    assert (c.R, c.G, c.B) == (0x10, 0x20, 0x30) and type(c.R) is int  # a Byte reads as int
+    c.R = 254.5  # whole numbers round half to even
+    assert c.R == 254
+    with pytest.raises(tessel.Error) as e:
+        c.R = 300
+    assert (e.value.source, e.value.description) == ("cls_DrawColor.R.LET", "Ungültiger Parameter (6)")
+    black = colors.BLACK
+    black.R = 5  # a protected colour ignores changes silently
+    assert black.R == 0 and black.PROTECTED is True
+    assert isinstance(c.SYSCOLOR(tessel.ID_SysColor_Window), tessel.cls_DrawColor)
+
+
 def test_values_without_a_variant_form_are_refused(rect):
     rect.X = 4
     for bad in ([1], {"a": 1}, b"x", object(), 1j):
