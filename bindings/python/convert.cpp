@@ -226,6 +226,7 @@ bool toVariant(PyObject* o, Variant& out) {
   }
   if (PyUnicode_Check(o)) {
     std::u16string s;
+    if (PyUnicode_READY(o) < 0) return false;
     toUtf16String(o, s);
     out = Variant(std::move(s));
     return true;
