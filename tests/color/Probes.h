@@ -2,6 +2,8 @@
 // (MIX, SOLID and AUTO accept any object with R, G, B and, where needed, A).
 #pragma once
 
+#include "TestSupport.h"
+
 #include <tessel/tessel.h>
 
 #include <gtest/gtest.h>
@@ -24,19 +26,5 @@ class cls_ChannelProbe final : public ObjectOf<cls_ChannelProbe> {
 
 using Channels = std::array<int, 4>;  // red, green, blue, alpha
 inline Channels rgba(const Ref<cls_DrawColor>& c) { return {c->R(), c->G(), c->B(), c->A()}; }
-
-// The error a call raises; a test failure when it raises none.
-template <class F>
-Error errorOf(F&& f) {
-  try {
-    f();
-  } catch (const Error& e) {
-    return e;
-  }
-  ADD_FAILURE() << "no error raised";
-  return Error(0, "");
-}
-
-inline int32_t objectError(int32_t n) { return static_cast<int32_t>(0x80040000u | static_cast<uint32_t>(n)); }
 
 }  // namespace tessel

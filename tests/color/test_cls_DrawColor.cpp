@@ -35,7 +35,7 @@ TEST(DrawColor, PackedHostAndTextForms) {
   c->ATOM(static_cast<int32_t>(0x80FF0000u));  // the word's alpha is discarded
   EXPECT_EQ(rgba(c), (Channels{255, 0, 0, 255}));
   EXPECT_EQ(rgba(c->COPY(color(1, 2, 3, 4))), (Channels{1, 2, 3, 4}));
-  EXPECT_EQ(errorOf([&] { c->COPY(nullptr); }).source(), "cls_DrawColor.COPY");
+  EXPECT_EQ(raisedBy([&] { c->COPY(nullptr); }).source(), "cls_DrawColor.COPY");
 }
 
 TEST(DrawColor, RgbClampsAndTreatsMinusOneAsKeepAlpha) {
@@ -95,7 +95,7 @@ TEST(DrawColor, ChangesEmptyTheCachesExceptBasicLet) {
   mdl_Basalt::SplitRGB(mdl_Basalt::SysColor(enm_SysColor::ID_SysColor_Highlight), r, g, b);
   k->BASIC(static_cast<int32_t>(0x8000000Du));
   EXPECT_EQ(rgba(k), (Channels{r, g, b, 255}));
-  Error e = errorOf([&] { k->BASIC(0x01000000); });
+  Error e = raisedBy([&] { k->BASIC(0x01000000); });
   EXPECT_EQ(e.number(), objectError(5));
   EXPECT_EQ(e.source(), "cls_DrawColor.BASIC.LET");
   EXPECT_EQ(rgba(k), (Channels{r, g, b, 255}));
@@ -112,10 +112,10 @@ TEST(DrawColor, DerivationsLeaveTheOriginalAlone) {
   EXPECT_EQ(rgba(c->DARKER(15)), (Channels{0, 5, 15, 100}));
   EXPECT_EQ(rgba(c), (Channels{10, 20, 30, 100}));
   EXPECT_EQ(rgba(make<cls_DrawColor>()->BRIGHTER(INT_MAX)), (Channels{255, 255, 255, 255}));
-  Error e = errorOf([&] { c->BRIGHTER(INT_MAX); });
+  Error e = raisedBy([&] { c->BRIGHTER(INT_MAX); });
   EXPECT_EQ(e.number(), objectError(6));
   EXPECT_EQ(e.source(), "cls_DrawColor.BRIGHTER");
-  EXPECT_EQ(errorOf([&] { c->DARKER(INT_MIN); }).source(), "cls_DrawColor.DARKER");
+  EXPECT_EQ(raisedBy([&] { c->DARKER(INT_MIN); }).source(), "cls_DrawColor.DARKER");
 }
 
 TEST(DrawColor, BrightnessAndContrast) {
@@ -151,9 +151,9 @@ TEST(DrawColor, ContrastColorMixesTowardTheFactorysWhiteOrBlack) {
   factory->WHITE(color(255, 0, 0));
   EXPECT_EQ(rgba(color(0, 0, 0)->CONTRASTCOLOR(u"#000000")), (Channels{128, 0, 0, 255}));
   factory->WHITE(nullptr);
-  EXPECT_EQ(errorOf([&] { color(0, 0, 0)->CONTRASTCOLOR(u"#000000"); }).source(), "cls_DrawColor.CONTRASTCOLOR");
+  EXPECT_EQ(raisedBy([&] { color(0, 0, 0)->CONTRASTCOLOR(u"#000000"); }).source(), "cls_DrawColor.CONTRASTCOLOR");
   factory->WHITE(savedWhite);
-  EXPECT_EQ(errorOf([&] { blue->CONTRASTCOLOR(Variant::null()); }).number(), objectError(94));
+  EXPECT_EQ(raisedBy([&] { blue->CONTRASTCOLOR(Variant::null()); }).number(), objectError(94));
 }
 
 TEST(DrawColor, ContrastColorNeverEvictsTheFifthSlot) {
@@ -180,7 +180,7 @@ TEST(DrawColor, MixExtrapolatesClampsAndNeverMixesAlpha) {
   EXPECT_EQ(rgba(black->MIX(255, Variant(probe))), (Channels{12, 255, 0, 40}));
   EXPECT_EQ(black->MIX(255, u"#FFFFFF", true).get(), black.get());
   EXPECT_EQ(rgba(black), (Channels{255, 255, 255, 40}));
-  Error e = errorOf([&] { black->MIX(10, Variant(make<cls_DrawToolColor>())); });
+  Error e = raisedBy([&] { black->MIX(10, Variant(make<cls_DrawToolColor>())); });
   EXPECT_EQ(e.number(), objectError(438));
   EXPECT_EQ(e.source(), "cls_DrawColor.MIX");
 }
@@ -209,7 +209,7 @@ TEST(DrawColor, SolidReadsHexTextNamesNumbersAndObjects) {
 
   for (const Variant& bad : {Variant::null(), Variant::missing(), Variant(1e12), Variant(make<cls_DrawToolColor>()),
                              Variant(make<cls_ChannelProbe>(Variant(300), Variant(), Variant(), Variant()))})
-    EXPECT_EQ(errorOf([&] { c->SOLID(bad); }).source(), "cls_DrawColor.SOLID") << typeName(bad);
+    EXPECT_EQ(raisedBy([&] { c->SOLID(bad); }).source(), "cls_DrawColor.SOLID") << typeName(bad);
 
   std::mt19937 gen(7);
   const std::u16string alphabet = u"#0123456789abcdefABCDEFxyz -\u00e9";
@@ -225,7 +225,7 @@ TEST(DrawColor, SysColorKeepsAlphaAndRejectsUnknownIndices) {
   mdl_Basalt::SplitRGB(mdl_Basalt::SysColor(enm_SysColor::ID_SysColor_Window), r, g, b);
   auto c = color(0, 0, 0, 12);
   EXPECT_EQ(rgba(c->SYSCOLOR(enm_SysColor::ID_SysColor_Window)), (Channels{r, g, b, 12}));
-  EXPECT_EQ(errorOf([&] { c->SYSCOLOR(static_cast<enm_SysColor>(25)); }).number(), objectError(5));
+  EXPECT_EQ(raisedBy([&] { c->SYSCOLOR(static_cast<enm_SysColor>(25)); }).number(), objectError(5));
 }
 
 TEST(DrawColor, ReachableByName) {
@@ -235,5 +235,5 @@ TEST(DrawColor, ReachableByName) {
   std::vector<NamedArg> named{{"pSetSelf", Variant(true)}};
   Invoke(c.get(), "MIX", InvokeKind::Method, std::span<Variant>(args), std::span<NamedArg>(named));
   EXPECT_EQ(Invoke(c.get(), "ATOM", InvokeKind::Get), Variant(-1));
-  EXPECT_EQ(errorOf([&] { Invoke(c.get(), "R", InvokeKind::Let, {300}); }).source(), "cls_DrawColor.R.LET");
+  EXPECT_EQ(raisedBy([&] { Invoke(c.get(), "R", InvokeKind::Let, {300}); }).source(), "cls_DrawColor.R.LET");
 }

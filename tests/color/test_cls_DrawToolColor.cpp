@@ -26,7 +26,7 @@ TEST(DrawToolColor, AutoReturnsAColourAsThatVeryObjectAndMakesOthers) {
   EXPECT_NE(f->AUTO(255).get(), f->AUTO(255).get());
 
   for (const Variant& bad : {Variant::missing(), Variant::null(), Variant(f), Variant(3e9), Variant::nothing()})
-    EXPECT_EQ(errorOf([&] { f->AUTO(bad); }).source(), "cls_DrawToolColor.AUTO") << typeName(bad);
+    EXPECT_EQ(raisedBy([&] { f->AUTO(bad); }).source(), "cls_DrawToolColor.AUTO") << typeName(bad);
 }
 
 TEST(DrawToolColor, BlackAndWhiteAreSharedProtectedAndReplaceable) {
@@ -49,7 +49,7 @@ TEST(DrawToolColor, RgbClampsAndMakesANewOpaqueColourEachCall) {
   EXPECT_EQ(rgba(f->RGB(-10, 999, 30, 300)), (Channels{0, 255, 30, 255}));
   EXPECT_EQ(rgba(f->RGB(10, 20, 30, 0)), (Channels{10, 20, 30, 0}));
   EXPECT_NE(f->RGB(1, 1, 1).get(), f->RGB(1, 1, 1).get());
-  EXPECT_EQ(errorOf([&] { Invoke(f.get(), "RGB", InvokeKind::Method, {Variant(u"x"), 1, 1}); }).source(),
+  EXPECT_EQ(raisedBy([&] { Invoke(f.get(), "RGB", InvokeKind::Method, {Variant(u"x"), 1, 1}); }).source(),
             "cls_DrawToolColor.RGB");
 }
 

@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include "TestSupport.h"
 #include "core/ErrorCapture.h"
 
 using namespace tessel;
@@ -91,21 +92,13 @@ TEST(TypeLib, DefaultsMissingAndNamedArguments) {
 
 TEST(TypeLib, HostErrorsAreRaisedAsTheyAre) {
   auto p = make<cls_Probe>();
-  auto number = [&](auto f) {
-    try {
-      f();
-    } catch (const Error& e) {
-      return e.number();
-    }
-    return 0;
-  };
-  EXPECT_EQ(number([&] { call(p.get(), "NOSUCH"); }), 438);
-  EXPECT_EQ(number([&] { call(p.get(), "SUM"); }), 449);
-  EXPECT_EQ(number([&] { call(p.get(), "SUM", {Variant::missing()}); }), 449);
-  EXPECT_EQ(number([&] { call(p.get(), "SUM", {1, 2, 3, 4}); }), 450);
-  EXPECT_EQ(number([&] { call(p.get(), "SUM", {1}, {{"pZ", 1}}); }), 448);
-  EXPECT_EQ(number([&] { call(nullptr, "SUM", {1}); }), 91);
-  EXPECT_EQ(number([&] { ConnectEvent(*p, "NOEVENT", [](std::span<Variant>) {}); }), 438);
+  EXPECT_EQ(raisedNumber([&] { call(p.get(), "NOSUCH"); }), 438);
+  EXPECT_EQ(raisedNumber([&] { call(p.get(), "SUM"); }), 449);
+  EXPECT_EQ(raisedNumber([&] { call(p.get(), "SUM", {Variant::missing()}); }), 449);
+  EXPECT_EQ(raisedNumber([&] { call(p.get(), "SUM", {1, 2, 3, 4}); }), 450);
+  EXPECT_EQ(raisedNumber([&] { call(p.get(), "SUM", {1}, {{"pZ", 1}}); }), 448);
+  EXPECT_EQ(raisedNumber([&] { call(nullptr, "SUM", {1}); }), 91);
+  EXPECT_EQ(raisedNumber([&] { ConnectEvent(*p, "NOEVENT", [](std::span<Variant>) {}); }), 438);
 }
 
 TEST(TypeLib, ArgumentConversionFailsUnderTheMembersSource) {

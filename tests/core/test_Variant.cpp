@@ -6,20 +6,11 @@
 
 #include <gtest/gtest.h>
 
+#include "TestSupport.h"
+
 #include <functional>
 
 using namespace tessel;
-
-namespace {
-int32_t errorOf(const std::function<void()>& f) {
-  try {
-    f();
-  } catch (const Error& e) {
-    return e.number();
-  }
-  return 0;
-}
-}  // namespace
 
 TEST(Variant, WholeNumbersRoundHalfToEven) {
   EXPECT_EQ(Variant(2.5).toLong(), 2);
@@ -34,19 +25,19 @@ TEST(Variant, WholeNumbersRoundHalfToEven) {
 }
 
 TEST(Variant, OutOfRangeIsOverflowAndNonNumbersAreMismatches) {
-  EXPECT_EQ(errorOf([] { Variant(2147483647.5).toLong(); }), 6);  // rounds to 2^31
+  EXPECT_EQ(raisedNumber([] { Variant(2147483647.5).toLong(); }), 6);  // rounds to 2^31
   EXPECT_EQ(Variant(2147483647.49).toLong(), 2147483647);
-  EXPECT_EQ(errorOf([] { Variant(32767.5).toInteger(); }), 6);
-  EXPECT_EQ(errorOf([] { Variant(-1).toByte(); }), 6);
-  EXPECT_EQ(errorOf([] { Variant(1e300).toSingle(); }), 6);
-  EXPECT_EQ(errorOf([] { Variant(u"1e999").toDouble(); }), 6);
-  EXPECT_EQ(errorOf([] { Variant(u"abc").toLong(); }), 13);
-  EXPECT_EQ(errorOf([] { Variant(u"12abc").toDouble(); }), 13);
-  EXPECT_EQ(errorOf([] { Variant(u"").toLong(); }), 13);
-  EXPECT_EQ(errorOf([] { Variant::missing().toLong(); }), 13);
-  EXPECT_EQ(errorOf([] { Variant::null().toLong(); }), 94);
-  EXPECT_EQ(errorOf([] { Variant::nothing().toLong(); }), 91);
-  EXPECT_EQ(errorOf([] { Variant(5).toObject(); }), 13);
+  EXPECT_EQ(raisedNumber([] { Variant(32767.5).toInteger(); }), 6);
+  EXPECT_EQ(raisedNumber([] { Variant(-1).toByte(); }), 6);
+  EXPECT_EQ(raisedNumber([] { Variant(1e300).toSingle(); }), 6);
+  EXPECT_EQ(raisedNumber([] { Variant(u"1e999").toDouble(); }), 6);
+  EXPECT_EQ(raisedNumber([] { Variant(u"abc").toLong(); }), 13);
+  EXPECT_EQ(raisedNumber([] { Variant(u"12abc").toDouble(); }), 13);
+  EXPECT_EQ(raisedNumber([] { Variant(u"").toLong(); }), 13);
+  EXPECT_EQ(raisedNumber([] { Variant::missing().toLong(); }), 13);
+  EXPECT_EQ(raisedNumber([] { Variant::null().toLong(); }), 94);
+  EXPECT_EQ(raisedNumber([] { Variant::nothing().toLong(); }), 91);
+  EXPECT_EQ(raisedNumber([] { Variant(5).toObject(); }), 13);
 }
 
 TEST(Variant, TextsReadAsNumbersLikeTheHost) {
@@ -58,7 +49,7 @@ TEST(Variant, TextsReadAsNumbersLikeTheHost) {
   EXPECT_EQ(Variant(u"&H80000000").toLong(), INT32_MIN);
   EXPECT_TRUE(Variant(u"true").toBool());
   EXPECT_FALSE(Variant(u"0").toBool());
-  EXPECT_EQ(errorOf([] { Variant(u"1,5").toDouble(); }), 13);  // "." is the only decimal point
+  EXPECT_EQ(raisedNumber([] { Variant(u"1,5").toDouble(); }), 13);  // "." is the only decimal point
 }
 
 TEST(Variant, LeadingNumberReader) {

@@ -7,6 +7,8 @@
 
 #include <gtest/gtest.h>
 
+#include "TestSupport.h"
+
 #include <algorithm>
 
 using namespace tessel;
@@ -20,15 +22,6 @@ using Items = std::vector<std::u16string>;
 Items splitDescription(std::u16string_view text) { return Split(text, u',', u"(", u")", u'"'); }
 
 int32_t rgb(int r, int g, int b) { return r + g * 256 + b * 65536; }
-
-int32_t raisedNumber(const std::function<void()>& f) {
-  try {
-    f();
-  } catch (const Error& e) {
-    return e.number();
-  }
-  return 0;
-}
 
 }  // namespace
 

@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include "TestSupport.h"
 #include "core/ErrorCapture.h"
 
 using namespace tessel;
@@ -14,16 +15,6 @@ namespace {
 
 const ProcInfo kLibProc{"cls_Sample", "DIVIDE"};
 const ProcInfo kEventProc{"ctl_Sample", "pic_Box_Click", true};
-
-Error raised(const std::function<void()>& f) {
-  try {
-    f();
-  } catch (const Error& e) {
-    return e;
-  }
-  ADD_FAILURE() << "nothing was raised";
-  return Error(0, "");
-}
 
 double divide(double a, double b) {
   if (b == 0) tessel::raise(rt::DivisionByZero);
@@ -34,19 +25,19 @@ double divide(double a, double b) {
 
 TEST(ErrorPath, LibraryErrorsReachTheCallerFoldedAndWithoutDialog) {
   ErrorCapture capture;
-  Error e = raised([] { Trap(kLibProc, [] { return divide(1, 0); }); });
+  Error e = raisedBy([] { Trap(kLibProc, [] { return divide(1, 0); }); });
   EXPECT_EQ(e.number(), static_cast<int32_t>(0x8004000B));
   EXPECT_EQ(e.description(), "Ungültiger Parameter (11)");
   EXPECT_EQ(e.source(), "cls_Sample.DIVIDE");
 
-  e = raised([] { Trap(ProcInfo{"cls_DrawColor", "PEN.GET"}, [] { tessel::raise(rt::ObjectNotSet); }); });
+  e = raisedBy([] { Trap(ProcInfo{"cls_DrawColor", "PEN.GET"}, [] { tessel::raise(rt::ObjectNotSet); }); });
   EXPECT_EQ(e.number(), static_cast<int32_t>(0x8004005B));
   EXPECT_EQ(e.description(), "Objekt-Fehler (91)");
   EXPECT_EQ(e.source(), "cls_DrawColor.PEN.GET");
 
-  e = raised([] { Trap(kLibProc, [] { tessel::raise(480); }); });
+  e = raisedBy([] { Trap(kLibProc, [] { tessel::raise(480); }); });
   EXPECT_EQ(e.description(), "Nicht genügend freier Arbeitsspeicher (480)");
-  e = raised([] { Trap(kLibProc, [] { tessel::raise(440); }); });
+  e = raisedBy([] { Trap(kLibProc, [] { tessel::raise(440); }); });
   EXPECT_EQ(e.description(), "Objekt-Fehler (440)");
   EXPECT_EQ(e.number(), static_cast<int32_t>(0x800401B8));
   EXPECT_TRUE(capture.shown.empty());
@@ -55,19 +46,19 @@ TEST(ErrorPath, LibraryErrorsReachTheCallerFoldedAndWithoutDialog) {
 TEST(ErrorPath, NumbersAreMaskedSoNestedProceduresKeepThem) {
   ErrorCapture capture;
   // An object error entering the handler is classified by its low part.
-  Error e = raised([] { Trap(kLibProc, [] { tessel::raise(static_cast<int32_t>(0x80040005), "x"); }); });
+  Error e = raisedBy([] { Trap(kLibProc, [] { tessel::raise(static_cast<int32_t>(0x80040005), "x"); }); });
   EXPECT_EQ(e.number(), static_cast<int32_t>(0x80040005));
   EXPECT_EQ(e.number(), -2147221499);
   EXPECT_EQ(e.description(), "Ungültiger Parameter (5)");
 
   // Passing an outer procedure: the number stays, the source becomes the outer one.
-  e = raised([] { Trap(ProcInfo{"cls_Outer", "RUN"}, [] { Trap(kLibProc, [] { return divide(1, 0); }); }); });
+  e = raisedBy([] { Trap(ProcInfo{"cls_Outer", "RUN"}, [] { Trap(kLibProc, [] { return divide(1, 0); }); }); });
   EXPECT_EQ(e.number(), static_cast<int32_t>(0x8004000B));
   EXPECT_EQ(e.description(), "Ungültiger Parameter (11)");
   EXPECT_EQ(e.source(), "cls_Outer.RUN");
 
   // An unclassified error gains one prefix per level it passes.
-  e = raised([] { Trap(ProcInfo{"cls_Outer", "RUN"}, [] { Trap(kLibProc, [] { tessel::raise(1234, "Kaputt"); }); }); });
+  e = raisedBy([] { Trap(ProcInfo{"cls_Outer", "RUN"}, [] { Trap(kLibProc, [] { tessel::raise(1234, "Kaputt"); }); }); });
   EXPECT_EQ(e.number(), static_cast<int32_t>(0x800404D2));
   EXPECT_EQ(e.description(), "Unbehandelter Fehler #1234: Unbehandelter Fehler #1234: Kaputt");
 }
@@ -116,7 +107,7 @@ TEST(ErrorPath, FileErrorsAskEvenOutsideEventProcedures) {
 
   attempts = 0;
   capture.answers = {MsgResult::Abort};
-  Error e = raised(failingOpen);
+  Error e = raisedBy(failingOpen);
   EXPECT_EQ(e.number(), static_cast<int32_t>(0x80040035));  // the masked incoming number, folded
   EXPECT_EQ(e.description(), "Dateizugriff fehlgeschlagen (53)");
 }
@@ -174,7 +165,7 @@ TEST(ErrorPath, ServiceProcessesNeverShowDialogs) {
   ScopedEnv user("USERNAME", "System");
   EXPECT_TRUE(mdl_Err::IsServiceProcess());
 
-  Error e = raised([] { Trap(kLibProc, [] { tessel::raise(rt::FileNotFound); }); });
+  Error e = raisedBy([] { Trap(kLibProc, [] { tessel::raise(rt::FileNotFound); }); });
   EXPECT_EQ(e.description(), "Dateizugriff fehlgeschlagen (53)");
   int after = 0;
   Procedure p(kEventProc);
@@ -195,7 +186,7 @@ TEST(ErrorPath, WithoutDisplayOrAnswererTheLibraryActsAsAService) {
   ScopedEnv wayland("WAYLAND_DISPLAY", nullptr);
   ASSERT_FALSE(canShowMessageBox());
   testing::internal::CaptureStderr();
-  Error e = raised([] { Trap(kLibProc, [] { tessel::raise(rt::FileNotFound); }); });
+  Error e = raisedBy([] { Trap(kLibProc, [] { tessel::raise(rt::FileNotFound); }); });
   std::string err = testing::internal::GetCapturedStderr();
   EXPECT_EQ(e.description(), "Dateizugriff fehlgeschlagen (53)");
   EXPECT_NE(err.find("Datei-Fehler!"), std::string::npos);
@@ -210,8 +201,8 @@ TEST(ErrorPath, TerminateRequestedEndsTheProgramOnTheNextError) {
 
 TEST(ErrorPath, ForeignExceptionsTakeThePathToo) {
   ErrorCapture capture;
-  Error e = raised([] { Trap(kLibProc, [] { throw std::bad_alloc(); }); });
+  Error e = raisedBy([] { Trap(kLibProc, [] { throw std::bad_alloc(); }); });
   EXPECT_EQ(e.description(), "Ungültiger Parameter (7)");
-  e = raised([] { Trap(kLibProc, [] { throw std::runtime_error("boom"); }); });
+  e = raisedBy([] { Trap(kLibProc, [] { throw std::runtime_error("boom"); }); });
   EXPECT_EQ(e.description(), "Unbehandelter Fehler #51: Interner Fehler: boom");
 }

@@ -2,6 +2,8 @@
 // for raised errors.
 #pragma once
 
+#include "TestSupport.h"
+
 #include <tessel/tessel.h>
 
 #include <gtest/gtest.h>
@@ -39,18 +41,6 @@ inline std::string dims(const Variant& v) {
   std::string s;
   for (float f : {r->X(), r->Y(), r->W(), r->H()}) s += (s.empty() ? "" : ",") + Variant(f).toUtf8();
   return s;
-}
-
-// The error that `f` raises; a test failure when it raises none.
-template <class F>
-Error raisedBy(F&& f) {
-  try {
-    f();
-  } catch (const Error& e) {
-    return e;
-  }
-  ADD_FAILURE() << "no error raised";
-  return Error(0, "");
 }
 
 inline constexpr int32_t kTypeMismatch = static_cast<int32_t>(0x8004000D);
