@@ -8,7 +8,6 @@ packages=(
   pybind11-dev python3-dev python3-pytest     # the Python module and its tests
   libgtest-dev libgmock-dev libbenchmark-dev  # C++ tests and benchmarks
   clang libclang-rt-14-dev                    # the fuzz targets (libFuzzer)
-  xvfb xdotool imagemagick                    # windowed tests and screenshots
 )
 
 missing=()

@@ -33,7 +33,7 @@ std::string runtimeErrorText(int32_t number) {
     case 380: return "Unzulässiger Eigenschaftswert";
     case 400: return "Formular bereits angezeigt; kann nicht modal angezeigt werden";
     case 424: return "Objekt erforderlich";
-    case 429: return "Objekterstellung durch ActiveX-Komponente nicht möglich";
+    case 429: return "Objekt kann nicht erstellt werden";
     case 438: return "Objekt unterstützt diese Eigenschaft oder Methode nicht";
     case 440: return "Automatisierungsfehler";
     case 448: return "Benanntes Argument nicht gefunden";
