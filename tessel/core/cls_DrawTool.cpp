@@ -21,10 +21,7 @@ int32_t checkedIncrement(int32_t v) {
 void cls_DrawTool::setStartupFunction(StartupFn fn) { gStartup = fn ? fn : &mdl_GDIPlus::GdiplusStartup; }
 
 Ref<cls_DrawToolColor> cls_DrawTool::COLOR() {
-  return trap("COLOR.GET", [&] {
-    if (!color_) color_ = make<cls_DrawToolColor>();
-    return color_;
-  });
+  return trap("COLOR.GET", [&] { return hFactory(color_); });
 }
 
 void cls_DrawTool::COLOR(Ref<cls_DrawToolColor> v) {
@@ -32,10 +29,7 @@ void cls_DrawTool::COLOR(Ref<cls_DrawToolColor> v) {
 }
 
 Ref<cls_DrawToolRect> cls_DrawTool::RECT() {
-  return trap("RECT.GET", [&] {
-    if (!rect_) rect_ = make<cls_DrawToolRect>();
-    return rect_;
-  });
+  return trap("RECT.GET", [&] { return hFactory(rect_); });
 }
 
 void cls_DrawTool::RECT(Ref<cls_DrawToolRect> v) {
@@ -43,10 +37,7 @@ void cls_DrawTool::RECT(Ref<cls_DrawToolRect> v) {
 }
 
 Ref<cls_DrawToolPoint> cls_DrawTool::POINT() {
-  return trap("POINT.GET", [&] {
-    if (!point_) point_ = make<cls_DrawToolPoint>();
-    return point_;
-  });
+  return trap("POINT.GET", [&] { return hFactory(point_); });
 }
 
 void cls_DrawTool::POINT(Ref<cls_DrawToolPoint> v) {

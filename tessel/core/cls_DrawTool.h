@@ -50,6 +50,12 @@ class cls_DrawTool final : public ObjectOf<cls_DrawTool> {
   static void setStartupFunction(StartupFn fn);
 
  private:
+  // A factory property's value: made on first read, and again after Nothing was assigned.
+  template <class T>
+  static Ref<T> hFactory(Ref<T>& slot) {
+    if (!slot) slot = make<T>();
+    return slot;
+  }
   enm_Draw_Status StartUpGDIPlus(uint32_t version);
 
   uint32_t token_ = 0;
