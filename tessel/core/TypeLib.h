@@ -64,6 +64,7 @@ struct Accessor {
 struct MemberInfo {
   std::string name;
   Accessor method, get, let, set;
+  std::string description;  // one line, for help() and the reference
   bool isProperty() const noexcept { return get || let || set; }
   const Accessor* accessor(InvokeKind kind) const noexcept;
 };
@@ -71,6 +72,7 @@ struct MemberInfo {
 struct EventInfo {
   std::string name;
   std::vector<ParamInfo> params;
+  std::string description;
   // The handler receives the arguments as variants; ByRef ones are written back after it returns.
   std::function<Connection(Object& source, std::function<void(std::span<Variant>)> handler)> connect;
 };
@@ -78,11 +80,13 @@ struct EventInfo {
 struct EnumInfo {
   std::string name;
   std::vector<std::pair<std::string, int32_t>> members;
+  std::string description;
 };
 
 class ClassInfo {
  public:
   const std::string& name() const noexcept { return name_; }
+  const std::string& description() const noexcept { return description_; }
   bool creatable() const noexcept { return static_cast<bool>(create_); }
   // A new object of a creatable class; 429 when the class cannot be created by clients.
   Ref<Object> create() const;
@@ -100,6 +104,7 @@ class ClassInfo {
   template <class C>
   friend class ClassBuilder;
   std::string name_;
+  std::string description_;
   std::function<Ref<Object>()> create_;
   std::function<Ref<Object>()> instance_;
   std::vector<MemberInfo> members_;
@@ -402,6 +407,18 @@ class ClassBuilder {
   }
   template <class... A>
   ClassBuilder& event(std::string_view name, Event<A...> C::*member, std::initializer_list<Param> params = {});
+
+  // One-line descriptions: of the class, or of a member or event already registered.
+  ClassBuilder& describe(std::string text) {
+    info_.description_ = std::move(text);
+    return *this;
+  }
+  ClassBuilder& describe(std::string_view member, std::string text) {
+    for (auto& e : info_.events_)
+      if (e.name == member) e.description = text;
+    if (auto* m = info_.find(member)) const_cast<MemberInfo*>(m)->description = std::move(text);
+    return *this;
+  }
 
   ClassBuilder& defaultMember(std::string_view name) {
     info_.default_ = static_cast<int>(&slot(name) - info_.members_.data());
