@@ -195,6 +195,8 @@ const ClassInfo& cls_DrawColor::typeInfo() {
   using C = cls_DrawColor;
   static const ClassInfo info = ClassBuilder<C>()
       .creatable()
+      .values({"R", "G", "B", "A"})
+      .display("HTML")
       .method("COPY", &C::COPY, {"pOther"})
       .property("R", &C::R, &C::R)
       .property("G", &C::G, &C::G)

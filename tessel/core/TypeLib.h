@@ -87,6 +87,13 @@ class ClassInfo {
  public:
   const std::string& name() const noexcept { return name_; }
   const std::string& description() const noexcept { return description_; }
+  // How hosts present an object: the members whose values make up its tuple form (a
+  // rectangle's X, Y, W, H), the member whose text shows it (a rectangle's INFO), and for a
+  // collection the member that counts it and the member that reads item 1 to count.
+  const std::vector<std::string>& valueMembers() const noexcept { return values_; }
+  const std::string& displayMember() const noexcept { return display_; }
+  const std::string& countMember() const noexcept { return count_; }
+  const std::string& itemMember() const noexcept { return item_; }
   bool creatable() const noexcept { return static_cast<bool>(create_); }
   // A new object of a creatable class; 429 when the class cannot be created by clients.
   Ref<Object> create() const;
@@ -105,6 +112,8 @@ class ClassInfo {
   friend class ClassBuilder;
   std::string name_;
   std::string description_;
+  std::vector<std::string> values_;
+  std::string display_, count_, item_;
   std::function<Ref<Object>()> create_;
   std::function<Ref<Object>()> instance_;
   std::vector<MemberInfo> members_;
@@ -417,6 +426,20 @@ class ClassBuilder {
     for (auto& e : info_.events_)
       if (e.name == member) e.description = text;
     if (auto* m = info_.find(member)) const_cast<MemberInfo*>(m)->description = std::move(text);
+    return *this;
+  }
+
+  ClassBuilder& values(std::vector<std::string> members) {
+    info_.values_ = std::move(members);
+    return *this;
+  }
+  ClassBuilder& display(std::string member) {
+    info_.display_ = std::move(member);
+    return *this;
+  }
+  ClassBuilder& collection(std::string countMember, std::string itemMember) {
+    info_.count_ = std::move(countMember);
+    info_.item_ = std::move(itemMember);
     return *this;
   }
 

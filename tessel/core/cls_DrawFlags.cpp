@@ -69,6 +69,7 @@ Ref<cls_DrawFlags> cls_DrawFlags::CLEAR() {
 const ClassInfo& cls_DrawFlags::typeInfo() {
   static const ClassInfo info = ClassBuilder<cls_DrawFlags>()
       .creatable()
+      .collection("count", "KEY")
       .method("FLAG", &cls_DrawFlags::FLAG, {"pKey", opt("pDefault")})
       .method("SETFLAG", &cls_DrawFlags::SETFLAG, {"pKey", "pValue"})
       .method("REMOVE", &cls_DrawFlags::REMOVE, {"pKey"})

@@ -83,6 +83,7 @@ Ref<cls_DrawPoint> cls_DrawPoint::CLONE() const {
 const ClassInfo& cls_DrawPoint::typeInfo() {
   static const ClassInfo info = ClassBuilder<cls_DrawPoint>()
       .creatable()
+      .values({"X", "Y"})
       .property("X", &cls_DrawPoint::X, &cls_DrawPoint::X)
       .property("Y", &cls_DrawPoint::Y, &cls_DrawPoint::Y)
       .method("COPY", &cls_DrawPoint::COPY, {"pOther"})

@@ -438,6 +438,8 @@ bool cls_DrawRect::INTERSECTS(Ref<cls_DrawRect> pRect) const {
 const ClassInfo& cls_DrawRect::typeInfo() {
   static const ClassInfo info = ClassBuilder<cls_DrawRect>()
       .creatable()
+      .values({"X", "Y", "W", "H"})
+      .display("INFO")
       .field("WMIN", &cls_DrawRect::WMIN)
       .field("WMAX", &cls_DrawRect::WMAX)
       .field("HMIN", &cls_DrawRect::HMIN)
