@@ -4,8 +4,8 @@
 
 #include <chrono>
 
-#include <tessel/core/cls_DrawTool.h>
-#include <tessel/core/mdl_Global.h>
+#include <tessel/root/cls_DrawTool.h>
+#include <tessel/root/sys_Global.h>
 #include <tessel/geometry/cls_DrawPoint.h>
 #include <tessel/geometry/cls_DrawRect.h>
 
@@ -35,14 +35,14 @@ volatile double gSink;
 
 PYBIND11_MODULE(_tessel_bench_direct, m) {
   py::class_<cls_DrawTool, Ref<cls_DrawTool>>(m, "DrawTool", py::module_local())
-      .def("READY", &cls_DrawTool::READY);
+      .def("READY", py::overload_cast<>(&cls_DrawTool::READY, py::const_));
   py::class_<cls_DrawPoint, Ref<cls_DrawPoint>>(m, "DrawPoint", py::module_local())
       .def_property("X", py::overload_cast<>(&cls_DrawPoint::X, py::const_),
                     py::overload_cast<double>(&cls_DrawPoint::X))
-      .def("MOVE", &cls_DrawPoint::MOVE);
+      .def("MOVE", py::overload_cast<double, double>(&cls_DrawPoint::MOVE));
   py::class_<cls_DrawRect, Ref<cls_DrawRect>>(m, "DrawRect", py::module_local())
       .def_property("X", py::overload_cast<>(&cls_DrawRect::X, py::const_), py::overload_cast<float>(&cls_DrawRect::X))
-      .def("MOVE", &cls_DrawRect::MOVE);
+      .def("MOVE", py::overload_cast<float, float, float, float>(&cls_DrawRect::MOVE));
   m.def("root", [] { return mdl_Global::DRAW(); });
   m.def("point", [] { return make<cls_DrawPoint>(); });
   m.def("rect", [] { return make<cls_DrawRect>(); });

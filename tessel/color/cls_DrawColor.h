@@ -12,6 +12,7 @@
 #pragma once
 
 #include <tessel/core/TypeLib.h>
+#include <tessel/color/cls_DrawColor.members.h>
 #include <tessel/core/mdl_Basalt.h>
 
 #include <array>
@@ -21,66 +22,10 @@
 namespace tessel {
 
 class cls_DrawColor final : public ObjectOf<cls_DrawColor> {
+  TESSEL_MEMBERS(cls_DrawColor)
+
  public:
-  static constexpr std::string_view ClassName = "cls_DrawColor";
-  static const ClassInfo& typeInfo();
-
   cls_DrawColor();
-
-  // Takes red, green, blue and alpha of another colour (one cache flush).
-  Ref<cls_DrawColor> COPY(Ref<cls_DrawColor> pOther);
-
-  uint8_t R() const;
-  void R(uint8_t v);
-  uint8_t G() const;
-  void G(uint8_t v);
-  uint8_t B() const;
-  void B(uint8_t v);
-  uint8_t A() const;
-  void A(uint8_t v);
-
-  // Red, green and blue from the thread's random sequence; alpha is kept.
-  Ref<cls_DrawColor> RANDOM();
-  // Channels clamped to 0..255; pAlpha -1 keeps the current alpha.
-  Ref<cls_DrawColor> RGB(int32_t pR, int32_t pG, int32_t pB, int32_t pAlpha = -1);
-
-  // The packed ARGB word (alpha in the high byte; negative when alpha >= 128). Assigning it
-  // always gives an opaque colour.
-  int32_t ATOM() const;
-  void ATOM(int32_t v);
-
-  // Derivations (cls_DrawColor_Derive.cpp).
-  Ref<cls_DrawColor> BRIGHTER(int32_t pOffset);
-  Ref<cls_DrawColor> DARKER(int32_t pOffset);
-  // Perceived brightness 0..255: red 0.3, green 0.5, blue 0.2, ties to even.
-  int32_t BRIGHTNESS();
-  // Black or white, whichever reads on this colour; the same object until the colour changes.
-  Ref<cls_DrawColor> CONTRAST();
-  Ref<cls_DrawColor> SYSCOLOR(enm_SysColor pSysColor);
-  // pMix/255 of the way toward pOther (0 this colour, 255 the other); alpha is never mixed.
-  Ref<cls_DrawColor> MIX(int32_t pMix, const Variant& pOther, bool pSetSelf = false);
-  // Sets the colour from "#RRGGBB[AA]", a colour name, a host integer or any object with R, G, B, A.
-  Ref<cls_DrawColor> SOLID(const Variant& pCreate);
-
-  // The host's integer colour, red in the low byte, no alpha.
-  int32_t BASIC() const;
-  void BASIC(int32_t v);
-
-  Ref<cls_DrawColor> MODIFYR(int32_t pNew) const;
-  Ref<cls_DrawColor> MODIFYG(int32_t pNew) const;
-  Ref<cls_DrawColor> MODIFYB(int32_t pNew) const;
-  Ref<cls_DrawColor> MODIFYA(int32_t pNew) const;
-
-  // A variant of this colour that stays readable on the given background (anything the
-  // colour factory's AUTO accepts); cached for up to five background brightnesses.
-  Ref<cls_DrawColor> CONTRASTCOLOR(const Variant& pBackgroundColor);
-
-  Ref<cls_DrawColor> CLONE() const;
-  // "#RRGGBB", upper case, without alpha.
-  std::u16string HTML() const;
-
-  bool PROTECTED() const;
-  void PROTECTED(bool v);
 
  private:
   enum Channel : size_t { kBlue = 0, kGreen = 1, kRed = 2, kAlpha = 3 };

@@ -78,6 +78,24 @@ Ref<T> make(A&&... a) {
   return Ref<T>(new T(std::forward<A>(a)...));
 }
 
+// Holds an object for the length of a member call: a handler of an event that the member raises
+// may drop the last reference to it, and the member must still finish on a live object. An
+// object that is not counted (still being built, or not made by make) is left alone.
+class KeepAlive {
+ public:
+  explicit KeepAlive(const Object* o) noexcept : o_(o && o->refCount() > 0 ? o : nullptr) {
+    if (o_) o_->addRef();
+  }
+  ~KeepAlive() {
+    if (o_) o_->release();
+  }
+  KeepAlive(const KeepAlive&) = delete;
+  KeepAlive& operator=(const KeepAlive&) = delete;
+
+ private:
+  const Object* o_;
+};
+
 // Checked downcast by class; null when the object is of another class (or Nothing).
 template <class T, class U>
 Ref<T> refCast(const Ref<U>& r) noexcept {

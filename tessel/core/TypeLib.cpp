@@ -2,6 +2,7 @@
 
 #include <tessel/core/Text.h>
 
+#include <deque>
 #include <map>
 #include <stdexcept>
 
@@ -63,9 +64,30 @@ const EventInfo* ClassInfo::findEvent(std::string_view name) const noexcept {
   return nullptr;
 }
 
+// A module spread over several tables (one per layer) is one class of the type library.
+void mergeModule(ClassInfo& into, const ClassInfo& part) {
+  if (into.description_.empty()) into.description_ = part.description_;
+  for (const MemberInfo& m : part.members_) {
+    MemberInfo& slot = detail::slot(into.members_, into.index_, m.name);
+    slot = m;
+  }
+}
+
 namespace TypeLib {
 
-void add(const ClassInfo& info) { registry().classes[lowerKey(info.name())] = &info; }
+void add(const ClassInfo& info) {
+  const ClassInfo*& entry = registry().classes[lowerKey(info.name())];
+  if (!entry) {
+    entry = &info;
+    return;
+  }
+  if (!entry->isGlobal() || !info.isGlobal())
+    throw std::logic_error("the type library has two classes named " + info.name());
+  static std::deque<ClassInfo> merged;  // stable addresses
+  merged.push_back(*entry);
+  mergeModule(merged.back(), info);
+  entry = &merged.back();
+}
 void addEnum(EnumInfo info) { registry().enums.push_back(std::move(info)); }
 
 const ClassInfo* findClass(std::string_view name) noexcept {
@@ -108,6 +130,19 @@ void nameParams(Accessor& a, std::string_view cls, std::string_view member, std:
 }
 
 }  // namespace detail
+
+namespace MemberProbe {
+std::atomic<bool> armed{false};
+namespace {
+thread_local std::vector<Variant> last;
+}
+void arm(bool on) noexcept { armed.store(on, std::memory_order_relaxed); }
+const std::vector<Variant>& lastArguments() noexcept { return last; }
+void fail(std::vector<Variant> args) {
+  last = std::move(args);
+  raise(kProbeError);
+}
+}  // namespace MemberProbe
 
 Variant Invoke(const MemberInfo& member, Object* target, InvokeKind kind, std::span<Variant> args,
                std::span<NamedArg> named) {

@@ -1,16 +1,11 @@
-// The type library: every class registers its members once, and everything a script host can
-// reach goes through it. One registration line per member feeds late-bound dispatch, the
-// Python module and the generated reference alike.
+// The type library: every class of the model is known here by name, with its members, their
+// parameters, defaults and descriptions. Late-bound dispatch, the Python module and the reference
+// pages all read it.
 //
-//   const ClassInfo& cls_DrawRect::typeInfo() {
-//     static const ClassInfo info = ClassBuilder<cls_DrawRect>()
-//         .creatable()
-//         .property("X", &cls_DrawRect::X, &cls_DrawRect::X)
-//         .method("MOVE", &cls_DrawRect::MOVE, {"pX", "pY", opt("pW", -1), opt("pH", -1)})
-//         .event("MOVED", &cls_DrawRect::MOVED);
-//     return info;
-//   }
-//   TESSEL_REGISTER_CLASS(cls_DrawRect)
+// Classes do not fill it by hand: a member table next to the class (cls_DrawRect.members) is
+// turned by scripts/members.py into the declarations, the traps and the registration below, so a
+// member's name, parameters and defaults are written once. The builder here is what the
+// generated code calls; docs/core.md shows a class from table to implementation.
 //
 // Arguments are converted to the C++ parameter types by the host's rules; a conversion that
 // fails is reported through the member's own error trap (source "cls_DrawRect.MOVE"), as if
@@ -27,6 +22,7 @@
 #include <tessel/core/Text.h>
 
 #include <array>
+#include <atomic>
 #include <functional>
 #include <initializer_list>
 #include <memory>
@@ -42,6 +38,19 @@
 namespace tessel {
 
 enum class InvokeKind : uint8_t { Method = 1, Get = 2, Let = 4, Set = 8 };
+
+// The tags that tell a member's body from its public, trapped entry: `float X(Get) const` is the
+// body of the getter `float X() const`, `MOVE(Call, …)` the body of `MOVE(…)`.
+namespace tl {
+struct Call {};
+struct Get {};
+struct Let {};
+struct Set {};
+}  // namespace tl
+
+// The type library name of an enumeration of the model; the member tables define it.
+template <class E>
+struct EnumName;
 
 struct ParamInfo {
   std::string name;
@@ -110,6 +119,7 @@ class ClassInfo {
  private:
   template <class C>
   friend class ClassBuilder;
+  friend void mergeModule(ClassInfo& into, const ClassInfo& part);
   std::string name_;
   std::string description_;
   std::vector<std::string> values_;
@@ -199,20 +209,28 @@ std::string typeNameOf() {
   else if constexpr (std::is_same_v<B, double>) return "Double";
   else if constexpr (std::is_same_v<B, std::u16string>) return "String";
   else if constexpr (std::is_same_v<B, Variant>) return "Variant";
-  else if constexpr (std::is_enum_v<B>) return "Long";
-  else if constexpr (IsRef<B>::value) {
+  else if constexpr (std::is_enum_v<B>) {
+    if constexpr (requires { EnumName<B>::value; }) return std::string(EnumName<B>::value);
+    else return "Long";
+  } else if constexpr (IsRef<B>::value) {
     using E = typename IsRef<B>::element;
     if constexpr (std::is_same_v<E, Object>) return "Object";
     else return std::string(E::ClassName);
   } else static_assert(sizeof(B) == 0, "type not supported by the type library");
 }
 
-// Converts one argument to the C++ parameter type (Missing gives the type's zero).
+// Converts one argument to the C++ parameter type. An omitted argument (Missing) gives the
+// type's zero; a value assigned to a property must be a value, so there it is a type mismatch.
 template <class T>
-T fromVariant(const Variant& v) {
-  if constexpr (std::is_same_v<T, Variant>) return v;
-  else {
-    if (v.isMissing()) return T{};
+T fromVariant(const Variant& v, bool assigned = false) {
+  if constexpr (std::is_same_v<T, Variant>) {
+    if (assigned && v.isMissing()) raise(rt::TypeMismatch);
+    return v;
+  } else {
+    if (v.isMissing()) {
+      if (assigned) raise(rt::TypeMismatch);
+      return T{};
+    }
     if constexpr (std::is_same_v<T, bool>) return v.toBool();
     else if constexpr (std::is_same_v<T, uint8_t>) return v.toByte();
     else if constexpr (std::is_same_v<T, int16_t>) return v.toInteger();
@@ -251,7 +269,7 @@ template <class A>
 struct ArgHolder {
   using B = bare_t<A>;
   static constexpr bool byRef = std::is_lvalue_reference_v<A> && !std::is_const_v<std::remove_reference_t<A>>;
-  explicit ArgHolder(Variant& v) : cell(&v), value(fromVariant<B>(v)) {}
+  ArgHolder(Variant& v, bool assigned) : cell(&v), value(fromVariant<B>(v, assigned)) {}
   B& get() { return value; }
   void writeBack() {
     if constexpr (byRef) *cell = toVariant(value);
@@ -262,7 +280,9 @@ struct ArgHolder {
 template <>
 struct ArgHolder<Variant&> {
   static constexpr bool byRef = true;
-  explicit ArgHolder(Variant& v) : cell(&v) {}
+  ArgHolder(Variant& v, bool assigned) : cell(&v) {
+    if (assigned && v.isMissing()) raise(rt::TypeMismatch);
+  }
   Variant& get() { return *cell; }
   void writeBack() {}
   Variant* cell;
@@ -270,7 +290,9 @@ struct ArgHolder<Variant&> {
 template <>
 struct ArgHolder<const Variant&> {
   static constexpr bool byRef = false;
-  explicit ArgHolder(Variant& v) : cell(&v) {}
+  ArgHolder(Variant& v, bool assigned) : cell(&v) {
+    if (assigned && v.isMissing()) raise(rt::TypeMismatch);
+  }
   const Variant& get() { return *cell; }
   void writeBack() {}
   Variant* cell;
@@ -302,17 +324,28 @@ struct Signature<R (*)(A...)> {
 template <class R, class... A>
 struct Signature<R (*)(A...) noexcept> : Signature<R (*)(A...)> {};
 
+// Where an accessor reports a failed conversion, and whether its last argument is an assigned value.
+struct CallSite {
+  std::string module, procedure;
+  bool assigns = false;
+};
+
 template <class C, class Fn, class... A, size_t... I>
-Variant callWith(Fn fn, Object* self, Variant* args, const std::string* where, std::index_sequence<I...>) {
+Variant callWith(Fn fn, Object* self, Variant* args, const CallSite& site, std::index_sequence<I...>) {
   using R = typename Signature<Fn>::Result;
+  constexpr size_t last = sizeof...(A) - 1;
   std::optional<std::tuple<ArgHolder<A>...>> holders;
   for (;;) {
     try {
       // Braces: arguments convert left to right.
-      holders.emplace(std::tuple<ArgHolder<A>...>{ArgHolder<A>(args[I])...});
+      holders.emplace(std::tuple<ArgHolder<A>...>{ArgHolder<A>(args[I], site.assigns && I == last)...});
       break;
-    } catch (const Error&) {
-      if (!conversionFailed(where[0], where[1])) return Variant();
+    } catch (const Terminated&) {
+      throw;
+    } catch (...) {
+      // Whatever went wrong (a run-time error, an allocation, the standard library) fails
+      // inside the member's trap and leaves as an Error with the member's source.
+      if (!conversionFailed(site.module, site.procedure)) return Variant();
     }
   }
   auto invoke = [&]() -> decltype(auto) {
@@ -330,11 +363,11 @@ template <class C, class Fn, class Tuple>
 struct Thunk;
 template <class C, class Fn, class... A>
 struct Thunk<C, Fn, std::tuple<A...>> {
-  static Accessor make(Fn fn, std::string module, std::string procedure) {
+  static Accessor make(Fn fn, std::string module, std::string procedure, bool assigns) {
     Accessor a;
-    auto where = std::make_shared<std::array<std::string, 2>>(std::array<std::string, 2>{module, procedure});
-    a.call = [fn, where](Object* self, Variant* args) {
-      return callWith<C, Fn, A...>(fn, self, args, where->data(), std::index_sequence_for<A...>{});
+    auto site = std::make_shared<CallSite>(CallSite{std::move(module), std::move(procedure), assigns});
+    a.call = [fn, site](Object* self, Variant* args) {
+      return callWith<C, Fn, A...>(fn, self, args, *site, std::index_sequence_for<A...>{});
     };
     (a.params.push_back(ParamInfo{"", typeNameOf<A>(), false, ArgHolder<A>::byRef, false, Variant::missing()}),
      ...);
@@ -405,9 +438,11 @@ class ClassBuilder {
     m.let.call = [member, module, proc](Object* self, Variant* args) {
       for (;;) {
         try {
-          static_cast<C*>(self)->*member = detail::fromVariant<V>(args[0]);
+          static_cast<C*>(self)->*member = detail::fromVariant<V>(args[0], true);
           return Variant();
-        } catch (const Error&) {
+        } catch (const Terminated&) {
+          throw;
+        } catch (...) {
           if (!detail::conversionFailed(module, proc + ".LET")) return Variant();
         }
       }
@@ -457,7 +492,7 @@ class ClassBuilder {
                     bool assigns = false) {
     using Sig = detail::Signature<Fn>;
     Accessor a = detail::Thunk<C, Fn, typename Sig::Args>::make(fn, std::string(C::ClassName),
-                                                                 std::string(name) + std::string(suffix));
+                                                                 std::string(name) + std::string(suffix), assigns);
     nameParams(a, name, params, assigns);
     return a;
   }
@@ -553,11 +588,36 @@ class ObjectOf : public Object {
   const ClassInfo& classInfo() const noexcept override { return D::typeInfo(); }
 
  protected:
-  // Runs a procedure body of this class inside the error trap ("X.GET", "MOVECENTER").
+  using Call = tl::Call;
+  using Get = tl::Get;
+  using Let = tl::Let;
+  using Set = tl::Set;
+
+  // The trap for classes registered by hand (test fixtures); tabled classes get theirs generated.
   template <class F>
   static auto trap(std::string_view procedure, F&& body) {
     return Trap(ProcInfo{D::ClassName, procedure}, std::forward<F>(body));
   }
 };
+
+// Expands, inside a class body, the members that the class's table declares.
+#define TESSEL_MEMBERS(C) TESSEL_MEMBERS_##C
+
+// A seam for the type library's consistency test. While it is armed, every generated member
+// records the arguments it received and fails at the entry of its trap with kProbeError, so a
+// test can see which source a member's errors carry and which values its defaults give.
+namespace MemberProbe {
+inline constexpr int32_t kProbeError = 17;
+extern std::atomic<bool> armed;
+void arm(bool on) noexcept;
+// The arguments the last member that failed for the probe received on this thread.
+const std::vector<Variant>& lastArguments() noexcept;
+[[noreturn]] void fail(std::vector<Variant> args);
+template <class... A>
+inline void check(A&... args) {
+  if (armed.load(std::memory_order_relaxed)) [[unlikely]]
+    fail(std::vector<Variant>{detail::toVariant(args)...});
+}
+}  // namespace MemberProbe
 
 }  // namespace tessel

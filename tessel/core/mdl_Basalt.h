@@ -3,64 +3,14 @@
 // names. (The maker's own core library is closed; these are the project's equivalents.)
 #pragma once
 
+#include <tessel/core/mdl_Basalt.members.h>
+
 #include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace tessel {
-
-// Text alignment: value / 4 is the vertical position (0 middle, 1 top, 2 bottom), value mod 4
-// the horizontal one (0 left, 1 centre, 2 right, 3 block).
-enum class enm_TextAlign : int32_t {
-  ID_TextAlign_LeftMiddle = 0,
-  ID_TextAlign_CenterMiddle = 1,
-  ID_TextAlign_RightMiddle = 2,
-  ID_TextAlign_BlockMiddle = 3,
-  ID_TextAlign_LeftTop = 4,
-  ID_TextAlign_CenterTop = 5,
-  ID_TextAlign_RightTop = 6,
-  ID_TextAlign_BlockTop = 7,
-  ID_TextAlign_LeftBottom = 8,
-  ID_TextAlign_CenterBottom = 9,
-  ID_TextAlign_RightBottom = 10,
-  ID_TextAlign_BlockBottom = 11,
-};
-
-// System colours, indexed like the Win32 system-colour indices 0 to 30. A host colour of
-// 0x80000000 + index refers to one.
-enum class enm_SysColor : int32_t {
-  ID_SysColor_ScrollBar = 0,
-  ID_SysColor_Background = 1,
-  ID_SysColor_ActiveCaption = 2,
-  ID_SysColor_InactiveCaption = 3,
-  ID_SysColor_Menu = 4,
-  ID_SysColor_Window = 5,
-  ID_SysColor_WindowFrame = 6,
-  ID_SysColor_MenuText = 7,
-  ID_SysColor_WindowText = 8,
-  ID_SysColor_CaptionText = 9,
-  ID_SysColor_ActiveBorder = 10,
-  ID_SysColor_InactiveBorder = 11,
-  ID_SysColor_AppWorkspace = 12,
-  ID_SysColor_Highlight = 13,
-  ID_SysColor_HighlightText = 14,
-  ID_SysColor_ButtonFace = 15,
-  ID_SysColor_ButtonShadow = 16,
-  ID_SysColor_GrayText = 17,
-  ID_SysColor_ButtonText = 18,
-  ID_SysColor_InactiveCaptionText = 19,
-  ID_SysColor_ButtonHighlight = 20,
-  ID_SysColor_ButtonDarkShadow = 21,
-  ID_SysColor_ButtonLight = 22,
-  ID_SysColor_InfoText = 23,
-  ID_SysColor_InfoBackground = 24,
-  ID_SysColor_HotLight = 26,
-  ID_SysColor_GradientActiveCaption = 27,
-  ID_SysColor_GradientInactiveCaption = 28,
-  ID_SysColor_MenuHighlight = 29,
-  ID_SysColor_MenuBar = 30,
-};
 
 namespace mdl_Basalt {
 

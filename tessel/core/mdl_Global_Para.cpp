@@ -100,42 +100,39 @@ void decode(std::u16string_view text, int32_t& pType, Variant& pValue1, Variant&
 
 }  // namespace
 
-void PARADECODE(const std::u16string& pText, int32_t& pType, Variant& pValue1, Variant& pValue2, Variant& pValue3,
-                Variant& pValue4) {
-  Trap(ProcInfo{"mdl_Global", "PARADECODE"},
-       [&] { decode(pText, pType, pValue1, pValue2, pValue3, pValue4); });
+void PARADECODE(tl::Call, const std::u16string& pText, int32_t& pType, Variant& pValue1, Variant& pValue2,
+                Variant& pValue3, Variant& pValue4) {
+  decode(pText, pType, pValue1, pValue2, pValue3, pValue4);
 }
 
-std::u16string PARATYPETEXT(int32_t pType) {
-  return Trap(ProcInfo{"mdl_Global", "PARATYPETEXT"}, [&]() -> std::u16string {
-    switch (pType) {
-      case -1: return u"Unknown";
-      case 0: return u"Size";
-      case 1: return u"Color";
-      case 2: return u"Coord";
-      case 3: return u"File";
-      case 4: return u"Name";
-      case 5: return u"Style";
-      case 6: return u"Width";
-      default: return {};
-    }
-  });
+std::u16string PARATYPETEXT(tl::Call, int32_t pType) {
+  switch (pType) {
+    case -1: return u"Unknown";
+    case 0: return u"Size";
+    case 1: return u"Color";
+    case 2: return u"Coord";
+    case 3: return u"File";
+    case 4: return u"Name";
+    case 5: return u"Style";
+    case 6: return u"Width";
+    default: return {};
+  }
 }
 
-int32_t UNHEX(const std::u16string& pHex, int32_t pDefault) {
-  return Trap(ProcInfo{"mdl_Global", "UNHEX"}, [&]() -> int32_t {
-    if (pHex.empty()) return pDefault;
-    int64_t value = 0;
-    for (char16_t c : pHex) {
-      const char16_t u = upperAscii(c);
-      int digit = 0;  // any other character is a zero digit, not an error
-      if (u >= u'0' && u <= u'9') digit = u - u'0';
-      else if (u >= u'A' && u <= u'F') digit = u - u'A' + 10;
-      value = value * 16 + digit;
-      if (value > INT32_MAX) raise(rt::Overflow);
-    }
-    return static_cast<int32_t>(value);
-  });
+int32_t UNHEX(tl::Call, const std::u16string& pHex, int32_t pDefault) {
+  if (pHex.empty()) return pDefault;
+  int64_t value = 0;
+  for (char16_t c : pHex) {
+    const char16_t u = upperAscii(c);
+    int digit = 0;  // any other character is a zero digit, not an error
+    if (u >= u'0' && u <= u'9') digit = u - u'0';
+    else if (u >= u'A' && u <= u'F') digit = u - u'A' + 10;
+    value = value * 16 + digit;
+    if (value > INT32_MAX) raise(rt::Overflow);
+  }
+  return static_cast<int32_t>(value);
 }
+
+enm_Draw_Status Execute(tl::Call, enm_Draw_Status lReturn) { return lReturn; }
 
 }  // namespace tessel::mdl_Global

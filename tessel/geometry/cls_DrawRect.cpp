@@ -1,8 +1,7 @@
 #include <tessel/geometry/cls_DrawRect.h>
 
+#include <tessel/core/Root.h>
 #include <tessel/core/Text.h>
-#include <tessel/core/cls_DrawTool.h>
-#include <tessel/core/mdl_Global.h>
 #include <tessel/geometry/cls_DrawToolPoint.h>
 #include <tessel/geometry/cls_DrawToolRect.h>
 
@@ -27,22 +26,16 @@ double hAsSingle(double v) { return std::fabs(v) <= FLT_MAX ? static_cast<double
 
 double hByName(Object* o, std::string_view name) { return Invoke(o, name, InvokeKind::Get).toDouble(); }
 
-// A point argument: a point object as it is, any other object read by name, anything else
-// made into a point by the thread's point factory.
-void hPointOf(const Variant& p, double& x, double& y) {
-  if (p.isObject()) {
-    if (auto pt = refCast<cls_DrawPoint>(p.objRef())) {
-      x = pt->X();
-      y = pt->Y();
-    } else {
-      x = hByName(p.obj(), "X");
-      y = hByName(p.obj(), "Y");
-    }
-    return;
+// A point argument's coordinates: a point object's own, any other object's read by name.
+void hPointOf(const Variant& pPoint, double& x, double& y) {
+  const Variant p = PointArgument(pPoint);
+  if (auto pt = refCast<cls_DrawPoint>(p.objRef())) {
+    x = pt->X();
+    y = pt->Y();
+  } else {
+    x = hByName(p.obj(), "X");
+    y = hByName(p.obj(), "Y");
   }
-  Ref<cls_DrawPoint> pt = mdl_Global::DRAW()->POINT()->AUTO(p, 0);
-  x = pt->X();
-  y = pt->Y();
 }
 
 int hColumn(enm_UIRectCorner c) {
@@ -94,7 +87,7 @@ cls_DrawRect::Edges cls_DrawRect::hEdges() const { return Edges{x_, y_, hX2(), h
 // Another rectangle's edges: read by name, so that any object with X, Y, x2 and y2 serves;
 // a value that is no object goes through the thread's rectangle factory first.
 cls_DrawRect::Edges cls_DrawRect::hEdgesOf(const Variant& pRect) {
-  if (!pRect.isObject()) return mdl_Global::DRAW()->RECT()->AUTO(pRect)->hEdges();
+  if (!pRect.isObject()) return rootFactory<cls_DrawToolRect>()->AUTO(pRect)->hEdges();
   if (auto r = refCast<cls_DrawRect>(pRect.objRef())) return r->hEdges();  // the same reads, without the lookup
   Object* o = pRect.obj();
   return Edges{hByName(o, "X"), hByName(o, "Y"), hByName(o, "x2"), hByName(o, "y2")};
@@ -107,385 +100,258 @@ bool cls_DrawRect::hContains(const Edges& e) const {
 // ---------------------------------------------------------------------------------------------
 // Position and size.
 
-Ref<cls_DrawRect> cls_DrawRect::COPY(Ref<cls_DrawRect> pOther) {
-  return trap("COPY", [&] {
-    if (!pOther) raise(rt::ObjectNotSet);
-    hPlace(pOther->x_, pOther->y_, pOther->w_, pOther->h_);
-    return hSelf();
-  });
+Ref<cls_DrawRect> cls_DrawRect::COPY(Call, Ref<cls_DrawRect> pOther) {
+  if (!pOther) raise(rt::ObjectNotSet);
+  hPlace(pOther->x_, pOther->y_, pOther->w_, pOther->h_);
+  return hSelf();
 }
 
-float cls_DrawRect::X() const {
-  return trap("X.GET", [&] { return x_; });
+float cls_DrawRect::X(Get) const { return x_; }
+
+void cls_DrawRect::X(Let, float v) {
+  if (hSingle(v) == x_) return;
+  x_ = v;
+  MOVED.raise();
 }
 
-void cls_DrawRect::X(float v) {
-  trap("X.LET", [&] {
-    if (hSingle(v) == x_) return;
-    x_ = v;
-    MOVED.raise();
-  });
+float cls_DrawRect::Y(Get) const { return y_; }
+
+void cls_DrawRect::Y(Let, float v) {
+  if (hSingle(v) == y_) return;
+  y_ = v;
+  MOVED.raise();
 }
 
-float cls_DrawRect::Y() const {
-  return trap("Y.GET", [&] { return y_; });
+float cls_DrawRect::W(Get) const { return w_; }
+
+void cls_DrawRect::W(Let, float v) {
+  float w = hClampW(v);
+  if (w == w_) return;
+  w_ = w;
+  RESIZE.raise();
 }
 
-void cls_DrawRect::Y(float v) {
-  trap("Y.LET", [&] {
-    if (hSingle(v) == y_) return;
-    y_ = v;
-    MOVED.raise();
-  });
+float cls_DrawRect::H(Get) const { return h_; }
+
+void cls_DrawRect::H(Let, float v) {
+  float h = hClampH(v);
+  if (h == h_) return;
+  h_ = h;
+  RESIZE.raise();
 }
 
-float cls_DrawRect::W() const {
-  return trap("W.GET", [&] { return w_; });
+Variant cls_DrawRect::MOVECENTER(Call, const Variant& pPoint) {
+  double px, py;
+  hPointOf(pPoint, px, py);
+  // Both targets first: the offsets to the centre must not see a half-done move.
+  float x = hSingle(px + (static_cast<double>(x_) - hXC()));
+  float y = hSingle(py + (static_cast<double>(y_) - hYC()));
+  X(x);
+  Y(y);
+  return Variant(hSelf());
 }
 
-void cls_DrawRect::W(float v) {
-  trap("W.LET", [&] {
-    float w = hClampW(v);
-    if (w == w_) return;
+Ref<cls_DrawRect> cls_DrawRect::MOVE(Call, float pX, float pY, float pW, float pH) {
+  // The size is checked before anything moves, so a bad size leaves the rectangle alone.
+  float w = pW == -1 ? w_ : hClampW(pW);
+  float h = pH == -1 ? h_ : hClampH(pH);
+  hSingle(pX);
+  hSingle(pY);
+  X(pX);
+  Y(pY);
+  if (w != w_ || h != h_) {
     w_ = w;
-    RESIZE.raise();
-  });
-}
-
-float cls_DrawRect::H() const {
-  return trap("H.GET", [&] { return h_; });
-}
-
-void cls_DrawRect::H(float v) {
-  trap("H.LET", [&] {
-    float h = hClampH(v);
-    if (h == h_) return;
     h_ = h;
     RESIZE.raise();
-  });
+  }
+  return hSelf();
 }
 
-Variant cls_DrawRect::MOVECENTER(const Variant& pPoint) {
-  return trap("MOVECENTER", [&] {
-    double px, py;
-    hPointOf(pPoint, px, py);
-    // Both targets first: the offsets to the centre must not see a half-done move.
-    float x = hSingle(px + (static_cast<double>(x_) - hXC()));
-    float y = hSingle(py + (static_cast<double>(y_) - hYC()));
-    X(x);
-    Y(y);
-    return Variant(hSelf());
-  });
+Ref<cls_DrawRect> cls_DrawRect::SIZE(Call, float pW, float pH) { return MOVE(x_, y_, pW, pH); }
+
+Ref<cls_DrawRect> cls_DrawRect::LINES(Call, const Variant& p1, const Variant& p2) {
+  double x1, y1, x2, y2;
+  hPointOf(p1, x1, y1);
+  hPointOf(p2, x2, y2);
+  LINEXY(x1, y1, x2, y2);
+  return hSelf();
 }
 
-Ref<cls_DrawRect> cls_DrawRect::MOVE(float pX, float pY, float pW, float pH) {
-  return trap("MOVE", [&] {
-    // The size is checked before anything moves, so a bad size leaves the rectangle alone.
-    float w = pW == -1 ? w_ : hClampW(pW);
-    float h = pH == -1 ? h_ : hClampH(pH);
-    hSingle(pX);
-    hSingle(pY);
-    X(pX);
-    Y(pY);
-    if (w != w_ || h != h_) {
-      w_ = w;
-      h_ = h;
-      RESIZE.raise();
-    }
-    return hSelf();
-  });
+Variant cls_DrawRect::LINEXY(Call, double pX1, double pY1, double pX2, double pY2) {
+  float x = hSingle(std::min(pX1, pX2));
+  float y = hSingle(std::min(pY1, pY2));
+  float w = hSingle(std::fabs(pX2 - pX1) + 1);
+  float h = hSingle(std::fabs(pY2 - pY1) + 1);
+  hPlace(x, y, w, h);
+  return Variant(hSelf());
 }
 
-Ref<cls_DrawRect> cls_DrawRect::SIZE(float pW, float pH) {
-  return trap("SIZE", [&] { return MOVE(x_, y_, pW, pH); });
+Ref<cls_DrawRect> cls_DrawRect::MOVEBY(Call, float pRelX, float pRelY) {
+  if (pRelX != 0 || pRelY != 0) {
+    float x = hSingle(static_cast<double>(x_) + pRelX);
+    float y = hSingle(static_cast<double>(y_) + pRelY);
+    x_ = x;
+    y_ = y;
+    MOVED.raise();
+  }
+  return hSelf();
 }
 
-Ref<cls_DrawRect> cls_DrawRect::LINES(const Variant& p1, const Variant& p2) {
-  return trap("LINES", [&] {
-    double x1, y1, x2, y2;
-    hPointOf(p1, x1, y1);
-    hPointOf(p2, x2, y2);
-    LINEXY(x1, y1, x2, y2);
-    return hSelf();
-  });
-}
-
-Variant cls_DrawRect::LINEXY(double pX1, double pY1, double pX2, double pY2) {
-  return trap("LINEXY", [&] {
-    float x = hSingle(std::min(pX1, pX2));
-    float y = hSingle(std::min(pY1, pY2));
-    float w = hSingle(std::fabs(pX2 - pX1) + 1);
-    float h = hSingle(std::fabs(pY2 - pY1) + 1);
-    hPlace(x, y, w, h);
-    return Variant(hSelf());
-  });
-}
-
-Ref<cls_DrawRect> cls_DrawRect::MOVEBY(float pRelX, float pRelY) {
-  return trap("MOVEBY", [&] {
-    if (pRelX != 0 || pRelY != 0) {
-      float x = hSingle(static_cast<double>(x_) + pRelX);
-      float y = hSingle(static_cast<double>(y_) + pRelY);
-      x_ = x;
-      y_ = y;
-      MOVED.raise();
-    }
-    return hSelf();
-  });
-}
-
-Ref<cls_DrawRect> cls_DrawRect::MOVEOFFSET(float pRelX1, float pRelY1, float pRelX2, float pRelY2) {
-  return trap("MOVEOFFSET", [&] {
-    if (pRelX1 != 0 || pRelY1 != 0 || pRelX2 != 0 || pRelY2 != 0) {
-      double right = static_cast<double>(x_) + w_ - 1 + pRelX2;
-      double bottom = static_cast<double>(y_) + h_ - 1 + pRelY2;
-      float x = hSingle(static_cast<double>(x_) + pRelX1);
-      float y = hSingle(static_cast<double>(y_) + pRelY1);
-      float w = hSingle(right - x + 1);
-      float h = hSingle(bottom - y + 1);
-      x_ = x;
-      y_ = y;
-      w_ = w;
-      h_ = h;
-      MOVED.raise();
-      RESIZE.raise();
-    }
-    return hSelf();
-  });
+Ref<cls_DrawRect> cls_DrawRect::MOVEOFFSET(Call, float pRelX1, float pRelY1, float pRelX2, float pRelY2) {
+  if (pRelX1 != 0 || pRelY1 != 0 || pRelX2 != 0 || pRelY2 != 0) {
+    double right = static_cast<double>(x_) + w_ - 1 + pRelX2;
+    double bottom = static_cast<double>(y_) + h_ - 1 + pRelY2;
+    float x = hSingle(static_cast<double>(x_) + pRelX1);
+    float y = hSingle(static_cast<double>(y_) + pRelY1);
+    float w = hSingle(right - x + 1);
+    float h = hSingle(bottom - y + 1);
+    x_ = x;
+    y_ = y;
+    w_ = w;
+    h_ = h;
+    MOVED.raise();
+    RESIZE.raise();
+  }
+  return hSelf();
 }
 
 // ---------------------------------------------------------------------------------------------
 // Edges and centre.
 
-float cls_DrawRect::x2() const {
-  return trap("x2.GET", [&] { return hX2(); });
+float cls_DrawRect::x2(Get) const { return hX2(); }
+
+void cls_DrawRect::x2(Let, float v) {
+  float w = hClampW(hSingle(std::fabs(static_cast<double>(hSingle(v)) - x_) + 1));
+  if (v < x_) X(v);  // the old left edge becomes the right edge
+  if (w != w_) {
+    w_ = w;
+    RESIZE.raise();
+  }
 }
 
-void cls_DrawRect::x2(float v) {
-  trap("x2.LET", [&] {
-    float w = hClampW(hSingle(std::fabs(static_cast<double>(hSingle(v)) - x_) + 1));
-    if (v < x_) X(v);  // the old left edge becomes the right edge
-    if (w != w_) {
-      w_ = w;
-      RESIZE.raise();
-    }
-  });
+float cls_DrawRect::y2(Get) const { return hY2(); }
+
+void cls_DrawRect::y2(Let, float v) {
+  float h = hClampH(hSingle(std::fabs(static_cast<double>(hSingle(v)) - y_) + 1));
+  if (v < y_) Y(v);
+  if (h != h_) {
+    h_ = h;
+    RESIZE.raise();
+  }
 }
 
-float cls_DrawRect::y2() const {
-  return trap("y2.GET", [&] { return hY2(); });
-}
+float cls_DrawRect::XC(Get) const { return hXC(); }
 
-void cls_DrawRect::y2(float v) {
-  trap("y2.LET", [&] {
-    float h = hClampH(hSingle(std::fabs(static_cast<double>(hSingle(v)) - y_) + 1));
-    if (v < y_) Y(v);
-    if (h != h_) {
-      h_ = h;
-      RESIZE.raise();
-    }
-  });
-}
+void cls_DrawRect::XC(Let, float v) { X(hSingle(v + (static_cast<double>(x_) - hXC()))); }
 
-float cls_DrawRect::XC() const {
-  return trap("XC.GET", [&] { return hXC(); });
-}
+float cls_DrawRect::YC(Get) const { return hYC(); }
 
-void cls_DrawRect::XC(float v) {
-  trap("XC.LET", [&] { X(hSingle(v + (static_cast<double>(x_) - hXC()))); });
-}
-
-float cls_DrawRect::YC() const {
-  return trap("YC.GET", [&] { return hYC(); });
-}
-
-void cls_DrawRect::YC(float v) {
-  trap("YC.LET", [&] { Y(hSingle(v + (static_cast<double>(y_) - hYC()))); });
-}
+void cls_DrawRect::YC(Let, float v) { Y(hSingle(v + (static_cast<double>(y_) - hYC()))); }
 
 // ---------------------------------------------------------------------------------------------
 // Derived rectangles and points.
 
-Ref<cls_DrawRect> cls_DrawRect::SIDE(enm_UIRectSide pSide) const {
-  return trap("SIDE", [&] {
-    Ref<cls_DrawRect> r = make<cls_DrawRect>();
-    switch (pSide) {
-      case enm_UIRectSide::ID_UIRectSide_Top: r->MOVE(x_, y_, w_, 0); break;
-      case enm_UIRectSide::ID_UIRectSide_Right: r->MOVE(hX2(), y_, 0, h_); break;
-      case enm_UIRectSide::ID_UIRectSide_Bottom: r->MOVE(x_, hY2(), w_, 0); break;
-      case enm_UIRectSide::ID_UIRectSide_Left: r->MOVE(x_, y_, 0, h_); break;
-      default: return Ref<cls_DrawRect>();
-    }
-    return r;
-  });
+Ref<cls_DrawRect> cls_DrawRect::SIDE(Call, enm_UIRectSide pSide) const {
+  Ref<cls_DrawRect> r = make<cls_DrawRect>();
+  switch (pSide) {
+    case enm_UIRectSide::ID_UIRectSide_Top: r->MOVE(x_, y_, w_, 0); break;
+    case enm_UIRectSide::ID_UIRectSide_Right: r->MOVE(hX2(), y_, 0, h_); break;
+    case enm_UIRectSide::ID_UIRectSide_Bottom: r->MOVE(x_, hY2(), w_, 0); break;
+    case enm_UIRectSide::ID_UIRectSide_Left: r->MOVE(x_, y_, 0, h_); break;
+    default: return Ref<cls_DrawRect>();
+  }
+  return r;
 }
 
-Ref<cls_DrawRect> cls_DrawRect::CORNERRECT(enm_UIRectCorner pCorner, float pSize) const {
-  return trap("CORNERRECT", [&] {
-    const double half = static_cast<double>(pSize) / 2;
-    float left = 0, top = 0;
-    switch (hColumn(pCorner)) {
-      case 0: left = x_; break;
-      case 1: left = hSingle(hXC() - half); break;
-      default: left = hSingle(static_cast<double>(hX2()) + 1 - pSize); break;
-    }
-    switch (hRow(pCorner)) {
-      case 0: top = y_; break;
-      case 1: top = hSingle(hYC() - half); break;
-      default: top = hSingle(static_cast<double>(hY2()) + 1 - pSize); break;
-    }
-    Ref<cls_DrawRect> r = make<cls_DrawRect>();
-    r->MOVE(left, top, pSize, pSize);
-    return r;
-  });
+Ref<cls_DrawRect> cls_DrawRect::CORNERRECT(Call, enm_UIRectCorner pCorner, float pSize) const {
+  const double half = static_cast<double>(pSize) / 2;
+  float left = 0, top = 0;
+  switch (hColumn(pCorner)) {
+    case 0: left = x_; break;
+    case 1: left = hSingle(hXC() - half); break;
+    default: left = hSingle(static_cast<double>(hX2()) + 1 - pSize); break;
+  }
+  switch (hRow(pCorner)) {
+    case 0: top = y_; break;
+    case 1: top = hSingle(hYC() - half); break;
+    default: top = hSingle(static_cast<double>(hY2()) + 1 - pSize); break;
+  }
+  Ref<cls_DrawRect> r = make<cls_DrawRect>();
+  r->MOVE(left, top, pSize, pSize);
+  return r;
 }
 
-Ref<cls_DrawPoint> cls_DrawRect::CORNER(enm_UIRectCorner pCorner) const {
-  return trap("CORNER", [&] {
-    const int column = hColumn(pCorner), row = hRow(pCorner);
-    const double x = column == 0 ? x_ : column == 1 ? hXC() : hX2();
-    const double y = row == 0 ? y_ : row == 1 ? hYC() : hY2();
-    Ref<cls_DrawPoint> p = make<cls_DrawPoint>();
-    p->MOVE(x, y);
-    return p;
-  });
+Ref<cls_DrawPoint> cls_DrawRect::CORNER(Call, enm_UIRectCorner pCorner) const {
+  const int column = hColumn(pCorner), row = hRow(pCorner);
+  const double x = column == 0 ? x_ : column == 1 ? hXC() : hX2();
+  const double y = row == 0 ? y_ : row == 1 ? hYC() : hY2();
+  Ref<cls_DrawPoint> p = make<cls_DrawPoint>();
+  p->MOVE(x, y);
+  return p;
 }
 
-Ref<cls_DrawRect> cls_DrawRect::EXPAND(double pOff) {
-  return trap("EXPAND", [&] {
-    float x = hSingle(x_ - pOff);
-    float y = hSingle(y_ - pOff);
-    float w = hSingle(w_ + 2 * pOff);
-    float h = hSingle(h_ + 2 * pOff);
-    x_ = x;
-    y_ = y;
-    w_ = w;
-    h_ = h;
-    // Both events every time, the size first.
-    RESIZE.raise();
-    MOVED.raise();
-    return hSelf();
-  });
+Ref<cls_DrawRect> cls_DrawRect::EXPAND(Call, double pOff) {
+  float x = hSingle(x_ - pOff);
+  float y = hSingle(y_ - pOff);
+  float w = hSingle(w_ + 2 * pOff);
+  float h = hSingle(h_ + 2 * pOff);
+  x_ = x;
+  y_ = y;
+  w_ = w;
+  h_ = h;
+  // Both events every time, the size first.
+  RESIZE.raise();
+  MOVED.raise();
+  return hSelf();
 }
 
-Ref<cls_DrawRect> cls_DrawRect::SHRINK(double pOff) {
-  return trap("SHRINK", [&] { return EXPAND(-pOff); });
-}
+Ref<cls_DrawRect> cls_DrawRect::SHRINK(Call, double pOff) { return EXPAND(-pOff); }
 
 // ---------------------------------------------------------------------------------------------
 // Tests and combination.
 
-bool cls_DrawRect::HITTESTXY(float pX, float pY) const {
-  return trap("HITTESTXY", [&] { return x_ <= pX && pX <= hX2() && y_ <= pY && pY <= hY2(); });
-}
+bool cls_DrawRect::HITTESTXY(Call, float pX, float pY) const { return x_ <= pX && pX <= hX2() && y_ <= pY && pY <= hY2(); }
 
-bool cls_DrawRect::HITTEST(const Variant& pPointOrRect) const {
-  return trap("HITTEST", [&] {
-    if (pPointOrRect.isObject()) {
-      if (auto p = refCast<cls_DrawPoint>(pPointOrRect.objRef())) {
-        const double x = hAsSingle(p->X()), y = hAsSingle(p->Y());
-        return x_ <= x && x <= hX2() && y_ <= y && y <= hY2();
-      }
+bool cls_DrawRect::HITTEST(Call, const Variant& pPointOrRect) const {
+  if (pPointOrRect.isObject()) {
+    if (auto p = refCast<cls_DrawPoint>(pPointOrRect.objRef())) {
+      const double x = hAsSingle(p->X()), y = hAsSingle(p->Y());
+      return x_ <= x && x <= hX2() && y_ <= y && y <= hY2();
     }
-    return hContains(hEdgesOf(pPointOrRect));
-  });
+  }
+  return hContains(hEdgesOf(pPointOrRect));
 }
 
-void cls_DrawRect::MERGE(const Variant& pRect) {
-  trap("MERGE", [&] {
-    const Edges o = hEdgesOf(pRect);
-    const double left = std::min<double>(x_, o.left), top = std::min<double>(y_, o.top);
-    const double right = std::max<double>(hX2(), o.right), bottom = std::max<double>(hY2(), o.bottom);
-    const float x = hSingle(left), y = hSingle(top);
-    const float w = hSingle(right - left + 1), h = hSingle(bottom - top + 1);
-    hPlace(x, y, w, h);
-  });
+void cls_DrawRect::MERGE(Call, const Variant& pRect) {
+  const Edges o = hEdgesOf(pRect);
+  const double left = std::min<double>(x_, o.left), top = std::min<double>(y_, o.top);
+  const double right = std::max<double>(hX2(), o.right), bottom = std::max<double>(hY2(), o.bottom);
+  const float x = hSingle(left), y = hSingle(top);
+  const float w = hSingle(right - left + 1), h = hSingle(bottom - top + 1);
+  hPlace(x, y, w, h);
 }
 
-void cls_DrawRect::CLEAR() {
-  trap("CLEAR", [] {});
+void cls_DrawRect::CLEAR(Call) {}
+
+Ref<cls_DrawRect> cls_DrawRect::CLONE(Call) const {
+  Ref<cls_DrawRect> r = make<cls_DrawRect>();
+  r->x_ = x_;
+  r->y_ = y_;
+  r->w_ = w_;
+  r->h_ = h_;
+  return r;
 }
 
-Ref<cls_DrawRect> cls_DrawRect::CLONE() const {
-  return trap("CLONE", [&] {
-    Ref<cls_DrawRect> r = make<cls_DrawRect>();
-    r->x_ = x_;
-    r->y_ = y_;
-    r->w_ = w_;
-    r->h_ = h_;
-    return r;
-  });
+std::u16string cls_DrawRect::INFO(Call) const {
+  auto n = [](float v) { return formatNumber(v, 7); };
+  return u"(" + n(x_) + u"," + n(y_) + u")-(" + n(hX2()) + u"," + n(hY2()) + u")";
 }
 
-std::u16string cls_DrawRect::INFO() const {
-  return trap("INFO", [&] {
-    auto n = [](float v) { return formatNumber(v, 7); };
-    return u"(" + n(x_) + u"," + n(y_) + u")-(" + n(hX2()) + u"," + n(hY2()) + u")";
-  });
+bool cls_DrawRect::INTERSECTS(Call, Ref<cls_DrawRect> pRect) const {
+  if (!pRect) raise(rt::ObjectNotSet);
+  const Edges a = hEdges(), b = pRect->hEdges();
+  return std::max(a.left, b.left) <= std::min(a.right, b.right) &&
+         std::max(a.top, b.top) <= std::min(a.bottom, b.bottom);
 }
-
-bool cls_DrawRect::INTERSECTS(Ref<cls_DrawRect> pRect) const {
-  return trap("INTERSECTS", [&] {
-    if (!pRect) raise(rt::ObjectNotSet);
-    const Edges a = hEdges(), b = pRect->hEdges();
-    return std::max(a.left, b.left) <= std::min(a.right, b.right) &&
-           std::max(a.top, b.top) <= std::min(a.bottom, b.bottom);
-  });
-}
-
-// ---------------------------------------------------------------------------------------------
-
-const ClassInfo& cls_DrawRect::typeInfo() {
-  static const ClassInfo info = ClassBuilder<cls_DrawRect>()
-      .creatable()
-      .values({"X", "Y", "W", "H"})
-      .display("INFO")
-      .field("WMIN", &cls_DrawRect::WMIN)
-      .field("WMAX", &cls_DrawRect::WMAX)
-      .field("HMIN", &cls_DrawRect::HMIN)
-      .field("HMAX", &cls_DrawRect::HMAX)
-      .method("COPY", &cls_DrawRect::COPY, {"pOther"})
-      .property("X", &cls_DrawRect::X, &cls_DrawRect::X)
-      .property("Y", &cls_DrawRect::Y, &cls_DrawRect::Y)
-      .property("W", &cls_DrawRect::W, &cls_DrawRect::W)
-      .property("H", &cls_DrawRect::H, &cls_DrawRect::H)
-      .method("MOVECENTER", &cls_DrawRect::MOVECENTER, {"pPoint"})
-      .method("MOVE", &cls_DrawRect::MOVE, {"pX", "pY", opt("pW", -1), opt("pH", -1)})
-      .method("SIZE", &cls_DrawRect::SIZE, {opt("pW", -1), opt("pH", -1)})
-      .method("LINES", &cls_DrawRect::LINES, {"p1", "p2"})
-      .method("LINEXY", &cls_DrawRect::LINEXY, {"pX1", "pY1", "pX2", "pY2"})
-      .method("MOVEBY", &cls_DrawRect::MOVEBY, {"pRelX", "pRelY"})
-      .method("MOVEOFFSET", &cls_DrawRect::MOVEOFFSET, {"pRelX1", "pRelY1", "pRelX2", "pRelY2"})
-      .property("x2", &cls_DrawRect::x2, &cls_DrawRect::x2)
-      .property("y2", &cls_DrawRect::y2, &cls_DrawRect::y2)
-      .property("XC", &cls_DrawRect::XC, &cls_DrawRect::XC)
-      .property("YC", &cls_DrawRect::YC, &cls_DrawRect::YC)
-      .method("SIDE", &cls_DrawRect::SIDE, {"pSide"})
-      .method("CORNERRECT", &cls_DrawRect::CORNERRECT, {"pCorner", "pSize"})
-      .method("CORNER", &cls_DrawRect::CORNER, {"pCorner"})
-      .method("EXPAND", &cls_DrawRect::EXPAND, {"pOff"})
-      .method("SHRINK", &cls_DrawRect::SHRINK, {"pOff"})
-      .method("HITTESTXY", &cls_DrawRect::HITTESTXY, {"pX", "pY"})
-      .method("HITTEST", &cls_DrawRect::HITTEST, {"pPointOrRect"})
-      .method("MERGE", &cls_DrawRect::MERGE, {"pRect"})
-      .method("CLEAR", &cls_DrawRect::CLEAR)
-      .method("CLONE", &cls_DrawRect::CLONE)
-      .method("INFO", &cls_DrawRect::INFO)
-      .method("INTERSECTS", &cls_DrawRect::INTERSECTS, {"pRect"})
-      .event("RESIZE", &cls_DrawRect::RESIZE)
-      .event("MOVED", &cls_DrawRect::MOVED);
-  return info;
-}
-TESSEL_REGISTER_CLASS(cls_DrawRect)
-
-static const EnumRegistrar sideEnum(EnumInfo{
-    "enm_UIRectSide",
-    {{"ID_UIRectSide_Top", 0}, {"ID_UIRectSide_Right", 1}, {"ID_UIRectSide_Bottom", 2}, {"ID_UIRectSide_Left", 3}}});
-
-static const EnumRegistrar cornerEnum(EnumInfo{
-    "enm_UIRectCorner",
-    {{"ID_UIRectCorner_XLeftYTop", 0}, {"ID_UIRectCorner_XLeftYMid", 1}, {"ID_UIRectCorner_XLeftYBottom", 2},
-     {"ID_UIRectCorner_XCenterYTop", 3}, {"ID_UIRectCorner_XCenterYMid", 4}, {"ID_UIRectCorner_XCenterYBottom", 5},
-     {"ID_UIRectCorner_XRightYTop", 6}, {"ID_UIRectCorner_XRightYMid", 7}, {"ID_UIRectCorner_XRightYBottom", 8}}});
 
 }  // namespace tessel

@@ -1,27 +1,19 @@
 #include <tessel/geometry/cls_DrawToolPoint.h>
 
+#include <tessel/core/Root.h>
+
 namespace tessel {
 
-Ref<cls_DrawPoint> cls_DrawToolPoint::POINT(double pX, double pY) {
-  return trap("POINT", [&] { return make<cls_DrawPoint>()->MOVE(pX, pY); });
+Variant PointArgument(const Variant& p) {
+  return p.isObject() ? p : Variant(rootFactory<cls_DrawToolPoint>()->AUTO(p, 0));
 }
 
-Ref<cls_DrawPoint> cls_DrawToolPoint::AUTO(const Variant& pXOrAny, double pY) {
-  return trap("AUTO", [&] {
-    // Not even through a default member: the factory takes numbers only.
-    if (pXOrAny.isObject()) raise(rt::TypeMismatch);
-    return make<cls_DrawPoint>()->MOVE(pXOrAny.toDouble(), pY);
-  });
-}
+Ref<cls_DrawPoint> cls_DrawToolPoint::POINT(Call, double pX, double pY) { return make<cls_DrawPoint>()->MOVE(pX, pY); }
 
-const ClassInfo& cls_DrawToolPoint::typeInfo() {
-  static const ClassInfo info = ClassBuilder<cls_DrawToolPoint>()
-      .creatable()
-      .method("POINT", &cls_DrawToolPoint::POINT, {"pX", "pY"})
-      .method("AUTO", &cls_DrawToolPoint::AUTO, {"pXOrAny", opt("pY", 0.0)})
-      .defaultMember("AUTO");
-  return info;
+Ref<cls_DrawPoint> cls_DrawToolPoint::AUTO(Call, const Variant& pXOrAny, double pY) {
+  // Not even through a default member: the factory takes numbers only.
+  if (pXOrAny.isObject()) raise(rt::TypeMismatch);
+  return make<cls_DrawPoint>()->MOVE(pXOrAny.toDouble(), pY);
 }
-TESSEL_REGISTER_CLASS(cls_DrawToolPoint)
 
 }  // namespace tessel

@@ -2,21 +2,18 @@
 #pragma once
 
 #include <tessel/core/TypeLib.h>
+#include <tessel/geometry/cls_DrawToolPoint.members.h>
 #include <tessel/geometry/cls_DrawPoint.h>
 
 namespace tessel {
 
+// A point argument: an object as it is, any other value made into a point by the thread's point
+// factory (the root's POINT).
+Variant PointArgument(const Variant& p);
+
 class cls_DrawToolPoint final : public ObjectOf<cls_DrawToolPoint> {
- public:
-  static constexpr std::string_view ClassName = "cls_DrawToolPoint";
-  static const ClassInfo& typeInfo();
+  TESSEL_MEMBERS(cls_DrawToolPoint)
 
-  Ref<cls_DrawPoint> POINT(double pX, double pY);
-  // The default member. pXOrAny must convert to a number (a numeric text will do); an object
-  // or any other text is a type mismatch (13).
-  Ref<cls_DrawPoint> AUTO(const Variant& pXOrAny, double pY = 0);
-
- private:
   template <class T, class... A>
   friend Ref<T> make(A&&...);
   cls_DrawToolPoint() = default;

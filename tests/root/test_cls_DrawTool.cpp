@@ -1,7 +1,7 @@
 // The root object: start-up counting with its intended quirks, status texts, and one root
 // object per thread.
-#include <tessel/core/cls_DrawTool.h>
-#include <tessel/core/mdl_Global.h>
+#include <tessel/root/cls_DrawTool.h>
+#include <tessel/root/sys_Global.h>
 
 #include <gtest/gtest.h>
 

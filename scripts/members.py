@@ -1,0 +1,794 @@
+#!/usr/bin/env python3
+"""Turns the member tables (tessel/*/*.members) into code and reference pages.
+
+A table is the one place where a class's members are written: name, kind, parameters with
+defaults, result and a one-line description. From it this script writes, per table,
+
+  <out>/tessel/<folder>/<stem>.members.h    enumerations, the TESSEL_MEMBERS_<class> block that a
+                                           class body expands (public members, their private
+                                           bodies, events), and module functions
+  <out>/tessel/<folder>/<stem>.members.cpp  each public member as its trap around the body, and
+                                           the registration with the type library
+  <ref>/<stem>.md                          the reference page
+
+and once for all tables <out>/tests/typed_calls.cpp, which calls every member the typed C++ way
+for the type library's consistency test. Files whose text did not change are left untouched, so
+a table edit rebuilds only what depends on it.
+
+The table language, by example:
+
+    enum enm_UIRectSide
+        The sides of a rectangle, clockwise from the top.
+      ID_UIRectSide_Top = 0
+      ID_UIRectSide_Right = 1
+
+    class cls_DrawRect creatable values=X,Y,W,H display=INFO
+        A rectangle in Single units with inclusive right and bottom edges.
+      field WMIN: Single
+          Lower bound of the width, active while greater than 0.
+      property X: Single get let
+          Left edge; a change raises MOVED.
+      method MOVE(pX: Single, pY: Single, [pW: Single = -1], [pH: Single = -1]) -> cls_DrawRect
+          Moves and sizes the rectangle; a size of -1 keeps that dimension.
+      method INFO() -> String const
+          "(X,Y)-(x2,y2)" in the host's Single text form.
+      event MOVED
+          The position changed.
+
+Entries start in column 0 (enum, class, module) or 2 (members, enumeration values); a line
+indented further is the description of the entry above it. Parameters in brackets are optional;
+`ByRef` before a name passes it by reference. Class flags: creatable, global, default=MEMBER,
+values=A,B,..., display=MEMBER, collection=COUNT,ITEM. Member flags: const (a method that does not
+change the object), steps (the body receives the Procedure and goes on statement by statement),
+dialogs (a procedure that the event loop calls: its errors may show dialogs). A module's members
+are functions in a namespace; a module may be spread over several tables (one per layer).
+"""
+
+import argparse
+import os
+import re
+import sys
+from dataclasses import dataclass, field as dfield
+
+# Layers from the bottom up: a table may name classes of its own layer and of lower ones only.
+LAYERS = ["core", "geometry", "color", "resources", "images", "graphics", "controls", "host", "root"]
+RANK = {"core": 0, "geometry": 1, "color": 1, "resources": 2, "images": 3, "graphics": 4,
+        "controls": 5, "host": 6, "root": 7}
+
+SCALARS = {
+    "Boolean": "bool", "Byte": "uint8_t", "Integer": "int16_t", "Long": "int32_t",
+    "LongLong": "int64_t", "Single": "float", "Double": "double",
+}
+PY_TYPES = {"Boolean": "bool", "Byte": "int", "Integer": "int", "Long": "int", "LongLong": "int",
+            "Single": "float", "Double": "float", "String": "str", "Variant": "Any", "Object": "Any"}
+
+
+class TableError(Exception):
+    pass
+
+
+@dataclass
+class Param:
+    name: str
+    type: str
+    optional: bool = False
+    byref: bool = False
+    default: str | None = None  # the table's literal
+
+
+@dataclass
+class Member:
+    kind: str  # method, property, field, event
+    name: str
+    params: list
+    type: str | None  # result (method), value type (property, field)
+    access: list = dfield(default_factory=list)  # get, let, set (property)
+    flags: set = dfield(default_factory=set)
+    description: str = ""
+    line: int = 0
+
+
+@dataclass
+class Entity:
+    kind: str  # class, module, enum
+    name: str
+    flags: dict = dfield(default_factory=dict)
+    description: str = ""
+    members: list = dfield(default_factory=list)  # Member, or (name, value, description) for enums
+    line: int = 0
+
+
+@dataclass
+class Table:
+    path: str  # relative to the source root: tessel/geometry/cls_DrawRect.members
+    folder: str
+    stem: str
+    entities: list
+
+
+# ------------------------------------------------------------------------------------------------
+# Parsing
+
+
+def split_params(text):
+    """Splits a parameter list at top-level commas (brackets and quotes nest)."""
+    out, depth, cur, quote = [], 0, "", False
+    for ch in text:
+        if ch == '"':
+            quote = not quote
+        if not quote and ch == "[":
+            depth += 1
+        elif not quote and ch == "]":
+            depth -= 1
+        if ch == "," and depth == 0 and not quote:
+            out.append(cur.strip())
+            cur = ""
+        else:
+            cur += ch
+    if cur.strip():
+        out.append(cur.strip())
+    return out
+
+
+PARAM_RE = re.compile(r'^(ByRef\s+)?([A-Za-z_]\w*)\s*:\s*([A-Za-z_]\w*)\s*(?:=\s*(.+))?$')
+
+
+def parse_param(text, where):
+    optional = text.startswith("[")
+    if optional:
+        if not text.endswith("]"):
+            raise TableError(f"{where}: unbalanced brackets in {text!r}")
+        text = text[1:-1].strip()
+    m = PARAM_RE.match(text)
+    if not m:
+        raise TableError(f"{where}: cannot read the parameter {text!r}")
+    byref, name, typ, default = m.groups()
+    if default is not None and not optional:
+        raise TableError(f"{where}: {name} has a default but is not in brackets")
+    return Param(name, typ, optional, bool(byref), default.strip() if default else None)
+
+
+SIG_RE = re.compile(r'^([A-Za-z_]\w*)\s*(?:\((.*)\))?\s*(?:(?:->|:)\s*([A-Za-z_]\w*))?\s*(.*)$')
+
+
+def parse_member(kind, rest, where):
+    m = SIG_RE.match(rest)
+    if not m:
+        raise TableError(f"{where}: cannot read {rest!r}")
+    name, params, typ, tail = m.groups()
+    words = tail.split()
+    member = Member(kind, name, [parse_param(p, where) for p in split_params(params or "")], typ)
+    if kind == "property":
+        member.access = [w for w in words if w in ("get", "let", "set")]
+        member.flags = {w for w in words if w not in ("get", "let", "set")}
+        if not member.access or not typ:
+            raise TableError(f"{where}: property {name} needs a type and get, let or set")
+    elif kind == "field":
+        member.default = None
+        if "=" in tail:
+            raise TableError(f"{where}: fields start at their type's zero")
+        if not typ:
+            raise TableError(f"{where}: field {name} needs a type")
+    else:
+        member.flags = set(words)
+    unknown = member.flags - {"const", "steps", "dialogs"}
+    if unknown:
+        raise TableError(f"{where}: unknown flags {sorted(unknown)}")
+    return member
+
+
+def parse_table(text, path):
+    entities, current, last = [], None, None
+    for no, raw in enumerate(text.splitlines(), 1):
+        where = f"{path}:{no}"
+        line = raw.rstrip()
+        if not line.strip() or line.lstrip().startswith("#"):
+            continue
+        indent = len(line) - len(line.lstrip(" "))
+        body = line.strip()
+        if indent >= 4:
+            if last is None:
+                raise TableError(f"{where}: a description without an entry above it")
+            if isinstance(last, list):  # an enumeration value
+                last[2] = (last[2] + " " + body).strip()
+            else:
+                last.description = (last.description + " " + body).strip()
+            continue
+        if indent == 0:
+            kind, _, rest = body.partition(" ")
+            if kind not in ("class", "module", "enum"):
+                raise TableError(f"{where}: expected class, module or enum, found {kind!r}")
+            words = rest.split()
+            flags = {}
+            for w in words[1:]:
+                k, _, v = w.partition("=")
+                if k not in ("creatable", "global", "default", "values", "display", "collection"):
+                    raise TableError(f"{where}: unknown class flag {k!r}")
+                flags[k] = v
+            current = Entity(kind, words[0], flags, line=no)
+            entities.append(current)
+            last = current
+            continue
+        if indent != 2 or current is None:
+            raise TableError(f"{where}: members are indented by two spaces under their class")
+        if current.kind == "enum":
+            m = re.match(r'^([A-Za-z_]\w*)\s*=\s*(-?\d+|&H[0-9A-Fa-f]+)$', body)
+            if not m:
+                raise TableError(f"{where}: expected NAME = VALUE")
+            value = m.group(2)
+            value = int(value[2:], 16) if value.startswith("&H") else int(value)
+            last = [m.group(1), value, ""]
+            current.members.append(last)
+            continue
+        kind, _, rest = body.partition(" ")
+        if kind not in ("method", "property", "field", "event"):
+            raise TableError(f"{where}: expected method, property, field or event, found {kind!r}")
+        if current.kind == "module" and kind in ("field", "event"):
+            raise TableError(f"{where}: a module has no {kind}s")
+        last = parse_member(kind, rest.strip(), where)
+        last.line = no
+        current.members.append(last)
+    for e in entities:
+        if e.kind != "enum":
+            for m in e.members:
+                if not m.description:
+                    raise TableError(f"{path}:{m.line}: {e.name}.{m.name} has no description")
+        if not e.description:
+            raise TableError(f"{path}:{e.line}: {e.name} has no description")
+    return entities
+
+
+# ------------------------------------------------------------------------------------------------
+# Types
+
+
+class World:
+    """Every class and enumeration of every table, and where each lives."""
+
+    def __init__(self, tables):
+        self.classes, self.enums = {}, {}
+        for t in tables:
+            for e in t.entities:
+                target = self.enums if e.kind == "enum" else self.classes
+                if e.kind != "module" and e.name in target:
+                    raise TableError(f"{t.path}: {e.name} is defined twice")
+                target.setdefault(e.name, t)
+
+    def check_type(self, typ, table, where):
+        if typ in SCALARS or typ in ("String", "Variant", "Object"):
+            return
+        owner = self.classes.get(typ) or self.enums.get(typ)
+        if owner is None:
+            raise TableError(f"{where}: unknown type {typ}")
+        if RANK[owner.folder] > RANK[table.folder] or (
+                RANK[owner.folder] == RANK[table.folder] and owner.folder != table.folder):
+            raise TableError(f"{where}: {table.folder} may not use {typ} of {owner.folder}")
+
+    def is_class(self, typ):
+        return typ in self.classes
+
+    def is_enum(self, typ):
+        return typ in self.enums
+
+
+def cpp_value(world, typ):
+    if typ in SCALARS:
+        return SCALARS[typ]
+    if typ == "String":
+        return "std::u16string"
+    if typ == "Variant":
+        return "Variant"
+    if typ == "Object":
+        return "Ref<Object>"
+    if world.is_enum(typ):
+        return typ
+    return f"Ref<{typ}>"
+
+
+def cpp_param(world, p):
+    base = cpp_value(world, p.type)
+    if p.byref:
+        return base + "&"
+    if p.type in ("String", "Variant"):
+        return f"const {base}&"
+    return base
+
+
+def cpp_literal(world, p, where):
+    """The C++ expression of a parameter's default, the same for the typed and late-bound call."""
+    if p.default is None:
+        return "Variant::missing()" if p.type == "Variant" else "{}"
+    d = p.default
+    if p.type == "String" or (p.type == "Variant" and d.startswith('"')):
+        if not (d.startswith('"') and d.endswith('"')):
+            raise TableError(f"{where}: {p.name} needs a quoted text")
+        lit = "u" + d
+        return f"std::u16string({lit})" if p.type == "String" else f"Variant(std::u16string({lit}))"
+    if d in ("True", "False"):
+        lit = "true" if d == "True" else "false"
+        return lit if p.type != "Variant" else f"Variant({lit})"
+    if world.is_enum(p.type):
+        return f"{p.type}::{d}"
+    if re.fullmatch(r'-?\d+', d):
+        if p.type == "Variant":
+            return f"Variant(int32_t({d}))"
+        return f"{cpp_value(world, p.type)}({d})"
+    if re.fullmatch(r'-?\d*\.\d+(e-?\d+)?', d):
+        if p.type == "Variant":
+            return f"Variant({d})"
+        return f"{cpp_value(world, p.type)}({d})"
+    raise TableError(f"{where}: cannot use {d!r} as a default of {p.type}")
+
+
+def cpp_result(world, typ):
+    return "void" if typ is None else cpp_value(world, typ)
+
+
+# ------------------------------------------------------------------------------------------------
+# The shapes of a member: each accessor as C++ sees it.
+
+
+@dataclass
+class Shape:
+    kind: str  # Method, Get, Let, Set
+    proc: str  # "MOVE", "X.GET"
+    result: str
+    params: list  # (cpp type, name, default expression or None)
+    const: bool
+    tag: str  # body tag: Call, Get, Let, Set, or Procedure&
+
+
+def shapes(world, owner, m, where):
+    params = []
+    for p in m.params:
+        world.check_type(p.type, owner, where)
+        params.append((cpp_param(world, p), p.name, cpp_literal(world, p, where) if p.optional else None))
+    if m.type:
+        world.check_type(m.type, owner, where)
+    if m.kind == "method":
+        tag = "Procedure&" if "steps" in m.flags else "Call"
+        return [Shape("Method", m.name, cpp_result(world, m.type), params, "const" in m.flags, tag)]
+    out = []
+    value = cpp_value(world, m.type)
+    plain = [(t, n, None) for t, n, _ in params]
+    for acc in m.access:
+        if acc == "get":
+            out.append(Shape("Get", m.name + ".GET", value, params, True, "Get"))
+        else:
+            vtype = f"const {value}&" if m.type in ("String", "Variant") else value
+            out.append(Shape(acc.capitalize(), m.name + "." + acc.upper(), "void",
+                             plain + [(vtype, "RHS", None)], False, acc.capitalize()))
+    return out
+
+
+def body_params(s):
+    tag = "Procedure& p" if s.tag == "Procedure&" else f"tl::{s.tag}"
+    return ", ".join([tag] + [f"{t} {n}" for t, n, _ in s.params])
+
+
+def decl_params(params, defaults):
+    return ", ".join(f"{t} {n}" + (f" = {d}" if defaults and d is not None else "") for t, n, d in params)
+
+
+def call_args(params):
+    return ", ".join(n for _, n, _ in params)
+
+
+# ------------------------------------------------------------------------------------------------
+# Writers
+
+
+def comment(text, indent):
+    words, lines, cur = text.split(), [], ""
+    for w in words:
+        if len(cur) + len(w) + 1 > 96 - indent:
+            lines.append(cur)
+            cur = w
+        else:
+            cur = (cur + " " + w).strip()
+    if cur:
+        lines.append(cur)
+    return [" " * indent + "/* " + l + " */" for l in lines]
+
+
+def enum_code(e):
+    lines = comment(e.description, 0)
+    lines.append(f"enum class {e.name} : int32_t {{")
+    for name, value, desc in e.members:
+        lines.append(f"  {name} = {value},")
+    lines.append("};")
+    lines.append(f"template <>\nstruct EnumName<{e.name}> {{\n  static constexpr std::string_view value = \"{e.name}\";\n}};")
+    return lines
+
+
+def class_block(world, table, e):
+    """The TESSEL_MEMBERS_<class> macro that a class body expands."""
+    pub, priv = [], []
+    pub.append(f"static constexpr std::string_view ClassName = \"{e.name}\";")
+    pub.append("static const ClassInfo& typeInfo();")
+    if "global" in e.flags:
+        pub.append(f"/* The calling thread's instance. */")
+        pub.append(f"static Ref<{e.name}> instance();")
+    for m in e.members:
+        where = f"{table.path}:{m.line}"
+        if m.kind == "field":
+            world.check_type(m.type, table, where)
+            pub += comment(m.description, 0)
+            zero = "{}" if world.is_class(m.type) or m.type in ("String", "Variant", "Object") else "0"
+            pub.append(f"{cpp_value(world, m.type)} {m.name}{{{zero}}};")
+            continue
+        if m.kind == "event":
+            for p in m.params:
+                world.check_type(p.type, table, where)
+            args = ", ".join(cpp_value(world, p.type) + ("&" if p.byref else "") for p in m.params)
+            pub += comment(m.description, 0)
+            pub.append(f"Event<{args}> {m.name};")
+            continue
+        pub += comment(m.description, 0)
+        for s in shapes(world, table, m, where):
+            const = " const" if s.const else ""
+            pub.append(f"{s.result} {m.name}({decl_params(s.params, True)}){const};")
+            body = body_params(s)
+            priv.append(f"{s.result} {m.name}({body}){const};")
+    lines = [f"#define TESSEL_MEMBERS_{e.name} \\", " public: \\"]
+    lines += ["  " + l + " \\" for l in pub]
+    lines += [" private: \\"]
+    lines += ["  " + l + " \\" for l in priv]
+    lines[-1] = lines[-1][:-2]
+    return lines
+
+
+def module_decls(world, table, e):
+    lines = comment(e.description, 0) + [f"namespace {e.name} {{"]
+    for m in e.members:
+        where = f"{table.path}:{m.line}"
+        lines += comment(m.description, 0)
+        for s in shapes(world, table, m, where):
+            lines.append(f"{s.result} {m.name}({decl_params(s.params, True)});")
+            body = body_params(s)
+            lines.append(f"{s.result} {m.name}({body});")
+    lines.append(f"}}  // namespace {e.name}")
+    return lines
+
+
+def referenced_types(world, table):
+    types = set()
+    for e in table.entities:
+        if e.kind == "enum":
+            continue
+        for m in e.members:
+            types.update(p.type for p in m.params)
+            if m.type:
+                types.add(m.type)
+    return types
+
+
+def header_path(table):
+    return f"tessel/{table.folder}/{table.stem}.h"
+
+
+def write_header(world, table):
+    own = {e.name for e in table.entities}
+    lines = [f"// Generated from {table.path}: edit the table, not this file.",
+             "#pragma once", "", "#include <tessel/core/TypeLib.h>", "", "#include <cstdint>",
+             "#include <string>", "", "namespace tessel {", ""]
+    forward = sorted(t for t in referenced_types(world, table) - own if world.is_class(t))
+    enums = sorted(t for t in referenced_types(world, table) - own if world.is_enum(t))
+    for c in forward:
+        if not any(e.kind == "module" and e.name == c for t in [world.classes[c]] for e in t.entities):
+            lines.append(f"class {c};")
+    for en in enums:
+        lines.append(f"enum class {en} : int32_t;")
+    if forward or enums:
+        lines.append("")
+    for e in table.entities:
+        if e.kind == "enum":
+            lines += enum_code(e) + [""]
+    for e in table.entities:
+        if e.kind == "class":
+            lines += class_block(world, table, e) + [""]
+        elif e.kind == "module":
+            lines += module_decls(world, table, e) + [""]
+    lines.append("}  // namespace tessel")
+    return "\n".join(lines) + "\n"
+
+
+def wrapper(world, table, e, m, s, module):
+    scope = f"{e.name}::"
+    const = " const" if s.const and not module else ""
+    proc = f"k{e.name}_{s.proc.replace('.', '_')}"
+    head = f"{s.result} {scope}{m.name}({decl_params(s.params, False)}){const}"
+    args = call_args(s.params)
+    probe = f"MemberProbe::check({args});"
+    ret = "" if s.result == "void" else "return "
+    lines = [f"{head} {{"]
+    # A member that may raise an event outlives the handlers that drop its object.
+    if not module and not s.const and any(x.kind == "event" for x in e.members):
+        lines.append("  KeepAlive alive(this);")
+    if s.tag == "Procedure&":
+        lines += [f"  Procedure p{{{proc}}};",
+                  f"  p.step([&] {{ {probe} }});",
+                  f"  {ret}{m.name}(p{', ' if args else ''}{args});"]
+    else:
+        lines += [f"  {ret}Trap({proc}, [&] {{",
+                  f"    {probe}",
+                  f"    return {m.name}(tl::{s.tag}{{}}{', ' if args else ''}{args});",
+                  "  });"]
+    return lines + ["}"]
+
+
+def fn_pointer(world, e, m, s, module):
+    params = ", ".join(t for t, _, _ in s.params)
+    if module:
+        return f"static_cast<{s.result} (*)({params})>(&{e.name}::{m.name})"
+    const = " const" if s.const else ""
+    return f"static_cast<{s.result} ({e.name}::*)({params}){const}>(&{e.name}::{m.name})"
+
+
+def cpp_string(text):
+    return '"' + text.replace("\\", "\\\\").replace('"', '\\"') + '"'
+
+
+def late_default(world, p, where):
+    """A default as late-bound callers see it: the literal in its own type (-1 a Long, 0.5 a
+    Double), which the member converts to its parameter type as it does any argument."""
+    if p.type in ("Variant", "String") or world.is_enum(p.type) or p.default in ("True", "False"):
+        return f"Variant({cpp_literal(world, p, where)})"
+    if re.fullmatch(r'-?\d+', p.default):
+        return f"Variant(int32_t({p.default}))"
+    return f"Variant(double({p.default}))"
+
+
+def param_list(world, table, m, where):
+    items = []
+    for p in m.params:
+        if not p.optional:
+            items.append(cpp_string(p.name))
+        elif p.default is None:
+            items.append(f"opt({cpp_string(p.name)})")
+        else:
+            items.append(f"opt({cpp_string(p.name)}, {late_default(world, p, where)})")
+    return "{" + ", ".join(items) + "}"
+
+
+def registration(world, table, e, module):
+    cls = f"{e.name}Module" if module else e.name
+    lines = []
+    if module:
+        # Private to this file: a module spread over several tables has one such class per table,
+        # and the type library merges their members into one class.
+        lines += ["namespace {", "",
+                  f"// The module as an object of the type library.",
+                  f"class {cls} final : public ObjectOf<{cls}> {{",
+                  " public:",
+                  f"  static constexpr std::string_view ClassName = \"{e.name}\";",
+                  "  static const ClassInfo& typeInfo();",
+                  f"  static Ref<{cls}> instance() {{",
+                  f"    thread_local Ref<{cls}> self = make<{cls}>();",
+                  "    return self;",
+                  "  }",
+                  "  const ClassInfo& classInfo() const noexcept override { return *TypeLib::findClass(ClassName); }",
+                  "};", ""]
+    elif "global" in e.flags:
+        lines += [f"Ref<{cls}> {cls}::instance() {{",
+                  f"  thread_local Ref<{cls}> self = make<{cls}>();",
+                  "  return self;",
+                  "}", ""]
+    lines.append(f"const ClassInfo& {cls}::typeInfo() {{")
+    lines.append(f"  static const ClassInfo info = ClassBuilder<{cls}>()")
+    lines.append(f"      .describe({cpp_string(e.description)})")
+    if "creatable" in e.flags:
+        lines.append("      .creatable()")
+    if module or "global" in e.flags:
+        lines.append(f"      .global(&{cls}::instance)")
+    for m in e.members:
+        where = f"{table.path}:{m.line}"
+        if m.kind == "field":
+            lines.append(f"      .field({cpp_string(m.name)}, &{cls}::{m.name})")
+        elif m.kind == "event":
+            names = ", ".join(cpp_string(p.name) for p in m.params)
+            lines.append(f"      .event({cpp_string(m.name)}, &{cls}::{m.name}, {{{names}}})")
+        else:
+            for s in shapes(world, table, m, where):
+                fn = fn_pointer(world, e, m, s, module)
+                params = param_list(world, table, m, where)
+                lines.append(f"      .{s.kind.lower() if s.kind != 'Method' else 'method'}({cpp_string(m.name)}, {fn}, {params})")
+        lines.append(f"      .describe({cpp_string(m.name)}, {cpp_string(m.description)})")
+    if "values" in e.flags:
+        vals = ", ".join(cpp_string(v) for v in e.flags["values"].split(","))
+        lines.append(f"      .values({{{vals}}})")
+    if "display" in e.flags:
+        lines.append(f"      .display({cpp_string(e.flags['display'])})")
+    if "collection" in e.flags:
+        count, item = e.flags["collection"].split(",")
+        lines.append(f"      .collection({cpp_string(count)}, {cpp_string(item)})")
+    if "default" in e.flags:
+        lines.append(f"      .defaultMember({cpp_string(e.flags['default'])})")
+    lines[-1] += ";"
+    lines += ["  return info;", "}", f"TESSEL_REGISTER_CLASS({cls})", ""]
+    if module:
+        lines += ["}  // namespace", ""]
+    return lines
+
+
+def enum_registration(e):
+    vals = ", ".join(f"{{{cpp_string(n)}, {v}}}" for n, v, _ in e.members)
+    return [f"static const EnumRegistrar enum_{e.name}(EnumInfo{{{cpp_string(e.name)}, {{{vals}}}, "
+            f"{cpp_string(e.description)}}});", ""]
+
+
+def includes_for(world, table):
+    paths = {header_path(table)}
+    for t in referenced_types(world, table):
+        if world.is_class(t):
+            paths.add(header_path(world.classes[t]))
+        elif world.is_enum(t):
+            owner = world.enums[t]
+            paths.add(f"tessel/{owner.folder}/{owner.stem}.members.h")
+    return sorted(paths)
+
+
+def write_source(world, table):
+    lines = [f"// Generated from {table.path}: edit the table, not this file."]
+    lines += [f"#include <{p}>" for p in includes_for(world, table)]
+    lines += ["", "namespace tessel {", "", "namespace {", ""]
+    for e in table.entities:
+        if e.kind == "enum":
+            continue
+        for m in e.members:
+            if m.kind in ("field", "event"):
+                continue
+            for s in shapes(world, table, m, f"{table.path}:{m.line}"):
+                name = f"k{e.name}_{s.proc.replace('.', '_')}"
+                dialogs = ", true" if "dialogs" in m.flags else ""
+                lines.append(f"constexpr ProcInfo {name}{{\"{e.name}\", \"{s.proc}\"{dialogs}}};")
+    lines += ["", "}  // namespace", ""]
+    for e in table.entities:
+        if e.kind == "enum":
+            lines += enum_registration(e)
+            continue
+        module = e.kind == "module"
+        for m in e.members:
+            if m.kind in ("field", "event"):
+                continue
+            for s in shapes(world, table, m, f"{table.path}:{m.line}"):
+                lines += wrapper(world, table, e, m, s, module) + [""]
+        lines += registration(world, table, e, module)
+    lines.append("}  // namespace tessel")
+    return "\n".join(lines) + "\n"
+
+
+def write_typed_calls(world, tables):
+    """Every member called as C++ code calls it: required arguments zero, optional ones left out."""
+    lines = ["// Generated from the member tables: every member called the typed C++ way, for the",
+             "// type library's consistency test.", "#include \"typed_calls.h\"", ""]
+    heads = set()
+    for t in tables:
+        heads.add(header_path(t))
+    lines += [f"#include <{h}>" for h in sorted(heads)]
+    lines += ["", "namespace tessel::testing {", "", "const std::vector<TypedCall>& typedCalls() {",
+              "  static const std::vector<TypedCall> calls = {"]
+    for t in tables:
+        if t.folder == "tests":
+            continue
+        for e in t.entities:
+            if e.kind == "enum":
+                continue
+            module = e.kind == "module"
+            cls = f"{e.name}"
+            for m in e.members:
+                if m.kind in ("field", "event"):
+                    continue
+                for s in shapes(world, t, m, ""):
+                    decls, args = [], []
+                    for i, (typ, name, d) in enumerate(s.params):
+                        if d is not None:
+                            break
+                        base = typ.replace("const ", "").rstrip("&")
+                        decls.append(f"{base} a{i}{{}};")
+                        args.append(f"a{i}")
+                    target = f"{e.name}::{m.name}" if module else f"static_cast<{cls}*>(o)->{m.name}"
+                    body = " ".join(decls) + f" {target}({', '.join(args)});"
+                    lines.append(f"      {{\"{e.name}\", \"{m.name}\", InvokeKind::{s.kind}, "
+                                 f"[]([[maybe_unused]] Object* o) {{ {body.strip()} }}}},")
+    lines += ["  };", "  return calls;", "}", "", "}  // namespace tessel::testing"]
+    return "\n".join(lines) + "\n"
+
+
+# ------------------------------------------------------------------------------------------------
+# Reference pages
+
+
+def md_param(p):
+    s = ("ByRef " if p.byref else "") + f"{p.name}: {p.type}"
+    if p.default is not None:
+        s += f" = {p.default}"
+    return f"[{s}]" if p.optional else s
+
+
+def write_reference(world, table):
+    lines = [f"<!-- Generated from {table.path}: edit the table, not this page. -->", ""]
+    for e in table.entities:
+        if e.kind == "enum":
+            lines += [f"## {e.name}", "", e.description, "", "| member | value |", "|---|---|"]
+            lines += [f"| `{n}` | {v} |" for n, v, _ in e.members]
+            lines.append("")
+            continue
+        flags = [k for k in ("creatable", "global") if k in e.flags]
+        lines += [f"# {e.name}" + (" (module)" if e.kind == "module" else ""), "", e.description, ""]
+        if flags:
+            lines += ["*" + ", ".join(flags) + "*" + (f"; default member `{e.flags['default']}`" if "default" in e.flags else ""), ""]
+        elif "default" in e.flags:
+            lines += [f"Default member `{e.flags['default']}`.", ""]
+        lines += ["| member | kind | signature | description |", "|---|---|---|---|"]
+        for m in e.members:
+            params = ", ".join(md_param(p) for p in m.params)
+            if m.kind == "method":
+                sig = f"{m.name}({params})" + (f" → {m.type}" if m.type else "")
+                kind = "method"
+            elif m.kind == "property":
+                sig = f"{m.name}" + (f"({params})" if params else "") + f": {m.type}"
+                kind = " / ".join(m.access)
+            elif m.kind == "field":
+                sig, kind = f"{m.name}: {m.type}", "field"
+            else:
+                sig, kind = f"{m.name}({params})", "event"
+            lines.append(f"| `{m.name}` | {kind} | `{sig}` | {m.description} |")
+        lines.append("")
+    return "\n".join(lines)
+
+
+# ------------------------------------------------------------------------------------------------
+
+
+def write_if_changed(path, text):
+    os.makedirs(os.path.dirname(path), exist_ok=True)
+    try:
+        with open(path, encoding="utf-8") as f:
+            if f.read() == text:
+                return
+    except FileNotFoundError:
+        pass
+    with open(path, "w", encoding="utf-8") as f:
+        f.write(text)
+
+
+def load(root, rel):
+    parts = rel.split("/")
+    folder = parts[-2]
+    stem = parts[-1][: -len(".members")]
+    with open(os.path.join(root, rel), encoding="utf-8") as f:
+        return Table(rel, folder, stem, parse_table(f.read(), rel))
+
+
+def main(argv):
+    ap = argparse.ArgumentParser(description=__doc__.split("\n")[0])
+    ap.add_argument("--root", required=True, help="the source root")
+    ap.add_argument("--out", required=True, help="where generated code goes")
+    ap.add_argument("--reference", help="where reference pages go")
+    ap.add_argument("--typed-calls", help="where the typed-call list for the tests goes")
+    ap.add_argument("tables", nargs="+", help="tables, relative to the source root")
+    args = ap.parse_args(argv)
+    try:
+        tables = [load(args.root, t) for t in args.tables]
+        for t in tables:
+            if t.folder not in RANK and t.folder != "tests":
+                raise TableError(f"{t.path}: {t.folder} is not a layer of the library")
+        RANK.setdefault("tests", 99)
+        world = World(tables)
+        for t in tables:
+            base = os.path.join(args.out, "tessel", t.folder, t.stem + ".members")
+            write_if_changed(base + ".h", write_header(world, t))
+            write_if_changed(base + ".cpp", write_source(world, t))
+            if args.reference and t.folder != "tests":
+                write_if_changed(os.path.join(args.reference, t.stem + ".md"), write_reference(world, t))
+        if args.typed_calls:
+            write_if_changed(args.typed_calls, write_typed_calls(world, tables))
+    except TableError as e:
+        print(f"error: {e}", file=sys.stderr)
+        return 1
+    return 0
+
+
+if __name__ == "__main__":
+    sys.exit(main(sys.argv[1:]))

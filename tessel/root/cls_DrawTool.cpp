@@ -1,0 +1,119 @@
+#include <tessel/root/cls_DrawTool.h>
+
+#include <tessel/core/MessageBox.h>
+#include <tessel/core/Root.h>
+
+#include <limits>
+
+namespace tessel {
+
+namespace {
+
+cls_DrawTool::StartupFn gStartup = &mdl_GDIPlus::GdiplusStartup;
+
+// The factories that lower layers reach through the root seam.
+template <class F, Ref<F> (cls_DrawTool::*Read)() const>
+bool fillSeam() {
+  RootFactory<F>::get = [] { return (mdl_Global::DRAW().get()->*Read)(); };
+  return true;
+}
+[[maybe_unused]] const bool seamsFilled = fillSeam<cls_DrawToolColor, &cls_DrawTool::COLOR>() &&
+                         fillSeam<cls_DrawToolRect, &cls_DrawTool::RECT>() &&
+                         fillSeam<cls_DrawToolPoint, &cls_DrawTool::POINT>();
+
+int32_t checkedIncrement(int32_t v) {
+  if (v == std::numeric_limits<int32_t>::max()) raise(rt::Overflow);
+  return v + 1;
+}
+
+}  // namespace
+
+void cls_DrawTool::setStartupFunction(StartupFn fn) { gStartup = fn ? fn : &mdl_GDIPlus::GdiplusStartup; }
+
+Ref<cls_DrawToolColor> cls_DrawTool::COLOR(Get) const { return hFactory(color_); }
+
+void cls_DrawTool::COLOR(Set, Ref<cls_DrawToolColor> v) { color_ = std::move(v); }
+
+Ref<cls_DrawToolRect> cls_DrawTool::RECT(Get) const { return hFactory(rect_); }
+
+void cls_DrawTool::RECT(Set, Ref<cls_DrawToolRect> v) { rect_ = std::move(v); }
+
+Ref<cls_DrawToolPoint> cls_DrawTool::POINT(Get) const { return hFactory(point_); }
+
+void cls_DrawTool::POINT(Set, Ref<cls_DrawToolPoint> v) { point_ = std::move(v); }
+
+bool cls_DrawTool::READY(Call) const { return ready_; }
+
+// A private procedure with a trap of its own, as the object model has it.
+enm_Draw_Status cls_DrawTool::StartUpGDIPlus(uint32_t version) {
+  return trap("StartUpGDIPlus", [&] {
+    mdl_GDIPlus::GdiplusStartupInput input;
+    input.GdiplusVersion = version;
+    enm_Draw_Status status = gStartup(&token_, &input, nullptr);
+    ready_ = true;  // whatever the outcome
+    return status;
+  });
+}
+
+bool cls_DrawTool::INIT(Call) {
+  bool result = false;
+  if (ready_) {
+    // No early return: a second INIT starts the platform again and counts twice (intended).
+    count_ = checkedIncrement(count_);
+    result = true;
+  }
+  if (Execute(StartUpGDIPlus(1)) != enm_Draw_Status::OK) {
+    result = false;
+    MsgBoxRequest r;
+    r.prompt = "Tessel konnte nicht initialisiert werden!";
+    r.title = kApplicationName;
+    MsgBox(r);
+  }
+  count_ = checkedIncrement(count_);
+  ready_ = true;
+  result = true;  // also after a failed start-up (intended)
+  return result;
+}
+
+void cls_DrawTool::DEINIT(Call) {
+  if (!ready_) return;
+  if (--count_ < 1) {
+    count_ = 0;
+    token_ = 0;
+    ready_ = false;
+  }
+}
+
+enm_Draw_Status cls_DrawTool::Execute(Call, enm_Draw_Status lReturn) const { return mdl_Global::Execute(lReturn); }
+
+std::u16string cls_DrawTool::ERRORINFO(Call, enm_Draw_Status lError) const {
+  switch (lError) {
+    case enm_Draw_Status::GenericError: return u"Generic Error.";
+    case enm_Draw_Status::InvalidParameter: return u"Invalid Parameter.";
+    case enm_Draw_Status::OutOfMemory: return u"Out Of Memory.";
+    case enm_Draw_Status::ObjectBusy: return u"Object Busy.";
+    case enm_Draw_Status::InsufficientBuffer: return u"Insufficient Buffer.";
+    case enm_Draw_Status::NotImplemented: return u"Not Implemented.";
+    case enm_Draw_Status::Win32Error: return u"Win32 Error.";
+    case enm_Draw_Status::WrongState: return u"Wrong State.";
+    case enm_Draw_Status::ABORTED: return u"Aborted.";
+    case enm_Draw_Status::FileNotFound: return u"File Not Found.";
+    case enm_Draw_Status::ValueOverflow: return u"Value Overflow.";
+    case enm_Draw_Status::AccessDenied: return u"Access Denied.";
+    case enm_Draw_Status::UnknownImageFormat: return u"Unknown Image Format.";
+    case enm_Draw_Status::FontFamilyNotFound: return u"FontFamily Not Found.";
+    case enm_Draw_Status::FontStyleNotFound: return u"FontStyle Not Found.";
+    case enm_Draw_Status::NotTrueTypeFont: return u"Not TrueType Font.";
+    case enm_Draw_Status::UnsupportedGdiplusVersion: return u"Unsupported Gdiplus Version.";
+    case enm_Draw_Status::GdiplusNotInitialized: return u"Gdiplus Not Initialized.";
+    case enm_Draw_Status::PropertyNotFound: return u"Property Not Found.";
+    case enm_Draw_Status::PropertyNotSupported: return u"Property Not Supported.";
+    default: return u"Unknown GDI+ Error.";  // OK included (intended)
+  }
+}
+
+void cls_DrawTool::ERRORSET(Call, const std::u16string&) const {
+  if (mdl_Err::TerminateRequested) TerminateNow();
+}
+
+}  // namespace tessel
