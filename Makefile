@@ -5,7 +5,7 @@ PYTHON  ?= /usr/bin/python3
 JOBS    ?= $(shell nproc)
 CMAKE_FLAGS ?= -DCMAKE_BUILD_TYPE=RelWithDebInfo -DPython_EXECUTABLE=$(PYTHON)
 
-.PHONY: all setup configure build test test-cpp test-python demo bench fuzz install clean
+.PHONY: all setup configure build test test-cpp test-python demo bench fuzz install clean reference
 
 all: build
 
@@ -45,6 +45,10 @@ fuzz: setup
 	@mkdir -p $(FUZZ_BUILD)/corpus/paradecode
 	cd $(FUZZ_BUILD) && env -u DISPLAY ./fuzz_paradecode -max_total_time=$(FUZZ_TIME) -timeout=10 \
 	  -dict=$(CURDIR)/fuzz/paradecode.dict -print_final_stats=1 corpus/paradecode
+
+# Refreshes docs/reference from the member tables (a test fails while they differ).
+reference: build
+	rm -rf docs/reference && cp -r $(BUILD)/reference docs/reference
 
 install: build
 	cmake --install $(BUILD)

@@ -50,10 +50,8 @@ import re
 import sys
 from dataclasses import dataclass, field as dfield
 
-# Layers from the bottom up: a table may name classes of its own layer and of lower ones only.
-LAYERS = ["core", "geometry", "color", "resources", "images", "graphics", "controls", "host", "root"]
-RANK = {"core": 0, "geometry": 1, "color": 1, "resources": 2, "images": 3, "graphics": 4,
-        "controls": 5, "host": 6, "root": 7}
+sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
+from layers import RANK, may_use  # noqa: E402  (a table may name classes of its own or lower layers)
 
 SCALARS = {
     "Boolean": "bool", "Byte": "uint8_t", "Integer": "int16_t", "Long": "int32_t",
@@ -260,8 +258,7 @@ class World:
         owner = self.classes.get(typ) or self.enums.get(typ)
         if owner is None:
             raise TableError(f"{where}: unknown type {typ}")
-        if RANK[owner.folder] > RANK[table.folder] or (
-                RANK[owner.folder] == RANK[table.folder] and owner.folder != table.folder):
+        if not may_use(table.folder, owner.folder):
             raise TableError(f"{where}: {table.folder} may not use {typ} of {owner.folder}")
 
     def is_class(self, typ):
@@ -661,7 +658,7 @@ def write_source(world, table):
 def write_typed_calls(world, tables):
     """Every member called as C++ code calls it: required arguments zero, optional ones left out."""
     lines = ["// Generated from the member tables: every member called the typed C++ way, for the",
-             "// type library's consistency test.", "#include \"typed_calls.h\"", ""]
+             "// type library's consistency test.", "#include \"library/TypedCalls.h\"", ""]
     heads = set()
     for t in tables:
         heads.add(header_path(t))
@@ -669,8 +666,6 @@ def write_typed_calls(world, tables):
     lines += ["", "namespace tessel::testing {", "", "const std::vector<TypedCall>& typedCalls() {",
               "  static const std::vector<TypedCall> calls = {"]
     for t in tables:
-        if t.folder == "tests":
-            continue
         for e in t.entities:
             if e.kind == "enum":
                 continue
@@ -708,7 +703,8 @@ def md_param(p):
 
 def write_reference(world, table):
     lines = [f"<!-- Generated from {table.path}: edit the table, not this page. -->", ""]
-    for e in table.entities:
+    cell = lambda text: text.replace("|", "\\|")  # noqa: E731
+    for e in sorted(table.entities, key=lambda e: e.kind == "enum"):
         if e.kind == "enum":
             lines += [f"## {e.name}", "", e.description, "", "| member | value |", "|---|---|"]
             lines += [f"| `{n}` | {v} |" for n, v, _ in e.members]
@@ -733,7 +729,22 @@ def write_reference(world, table):
                 sig, kind = f"{m.name}: {m.type}", "field"
             else:
                 sig, kind = f"{m.name}({params})", "event"
-            lines.append(f"| `{m.name}` | {kind} | `{sig}` | {m.description} |")
+            lines.append(f"| `{m.name}` | {kind} | `{cell(sig)}` | {cell(m.description)} |")
+        lines.append("")
+    return "\n".join(lines)
+
+
+def write_index(tables):
+    lines = ["<!-- Generated from the member tables: edit the tables, not this page. -->", "",
+             "# Reference", "",
+             "Every class, module and enumeration of the type library, by layer. Each page lists the",
+             "members with their kind, parameters (optional ones in brackets, with their defaults),",
+             "result and description, as `help()` in Python shows them.", ""]
+    for folder in sorted({t.folder for t in tables}, key=lambda f: (RANK[f], f)):
+        lines += [f"## {folder}", ""]
+        for t in sorted((t for t in tables if t.folder == folder), key=lambda t: t.stem):
+            names = ", ".join(f"`{e.name}`" for e in t.entities)
+            lines.append(f"- [{t.stem}]({t.stem}.md): {names}")
         lines.append("")
     return "\n".join(lines)
 
@@ -772,16 +783,17 @@ def main(argv):
     try:
         tables = [load(args.root, t) for t in args.tables]
         for t in tables:
-            if t.folder not in RANK and t.folder != "tests":
+            if t.folder not in RANK:
                 raise TableError(f"{t.path}: {t.folder} is not a layer of the library")
-        RANK.setdefault("tests", 99)
         world = World(tables)
         for t in tables:
             base = os.path.join(args.out, "tessel", t.folder, t.stem + ".members")
             write_if_changed(base + ".h", write_header(world, t))
             write_if_changed(base + ".cpp", write_source(world, t))
-            if args.reference and t.folder != "tests":
+            if args.reference:
                 write_if_changed(os.path.join(args.reference, t.stem + ".md"), write_reference(world, t))
+        if args.reference:
+            write_if_changed(os.path.join(args.reference, "index.md"), write_index(tables))
         if args.typed_calls:
             write_if_changed(args.typed_calls, write_typed_calls(world, tables))
     except TableError as e:

@@ -74,6 +74,7 @@ struct MemberInfo {
   std::string name;
   Accessor method, get, let, set;
   std::string description;  // one line, for help() and the reference
+  bool isField = false;     // a public data member: no procedure, no trap
   bool isProperty() const noexcept { return get || let || set; }
   const Accessor* accessor(InvokeKind kind) const noexcept;
 };
@@ -431,6 +432,7 @@ class ClassBuilder {
   template <class V>
   ClassBuilder& field(std::string_view name, V C::*member) {
     auto& m = slot(name);
+    m.isField = true;
     std::string module(C::ClassName), proc(name);
     m.get.resultType = detail::typeNameOf<V>();
     m.get.call = [member](Object* self, Variant*) { return detail::toVariant(static_cast<C*>(self)->*member); };
