@@ -5,7 +5,7 @@ PYTHON  ?= /usr/bin/python3
 JOBS    ?= $(shell nproc)
 CMAKE_FLAGS ?= -DCMAKE_BUILD_TYPE=RelWithDebInfo -DPython_EXECUTABLE=$(PYTHON)
 
-.PHONY: all setup configure build test test-cpp test-python demo bench fuzz install clean reference
+.PHONY: all setup configure build test test-cpp test-python demo bench fuzz install clean reference sanitize
 
 all: build
 
@@ -36,6 +36,15 @@ bench: build
 	  $(PYTHON) bench/report.py $(BUILD)/bench.json; fi
 	@if [ -f bench/bench_python.py ]; then PYTHONPATH=$(BUILD)/python $(PYTHON) bench/bench_python.py; fi
 
+# The C++ tests again under AddressSanitizer and UndefinedBehaviorSanitizer.
+SAN_BUILD ?= build-sanitize
+SAN_FLAGS := -fsanitize=address,undefined -fno-omit-frame-pointer -fno-sanitize-recover=undefined
+sanitize: setup
+	cmake -S . -B $(SAN_BUILD) -G Ninja -DCMAKE_BUILD_TYPE=Debug -DTESSEL_BUILD_PYTHON=OFF -DTESSEL_BUILD_BENCH=OFF \
+	  -DCMAKE_CXX_FLAGS="$(SAN_FLAGS)" -DCMAKE_EXE_LINKER_FLAGS="$(SAN_FLAGS)" -DCMAKE_SHARED_LINKER_FLAGS="$(SAN_FLAGS)"
+	cmake --build $(SAN_BUILD) -j $(JOBS)
+	cd $(SAN_BUILD) && ASAN_OPTIONS=detect_leaks=1 UBSAN_OPTIONS=print_stacktrace=1 ctest --output-on-failure -j $(JOBS)
+
 # Fuzzes the text parsers for FUZZ_TIME seconds with clang's libFuzzer; fails on any finding.
 FUZZ_BUILD ?= build-fuzz
 FUZZ_TIME  ?= 60
@@ -54,4 +63,4 @@ install: build
 	cmake --install $(BUILD)
 
 clean:
-	rm -rf $(BUILD) $(FUZZ_BUILD) out
+	rm -rf $(BUILD) $(FUZZ_BUILD) $(SAN_BUILD) out

@@ -31,7 +31,7 @@ The table language, by example:
       method MOVE(pX: Single, pY: Single, [pW: Single = -1], [pH: Single = -1]) -> cls_DrawRect
           Moves and sizes the rectangle; a size of -1 keeps that dimension.
       method INFO() -> String const
-          "(X,Y)-(x2,y2)" in the host's Single text form.
+          "(X,Y)-(x2,y2)" in automation's Single text form.
       event MOVED
           The position changed.
 
@@ -515,11 +515,12 @@ def wrapper(world, table, e, m, s, module):
 
 
 def fn_pointer(world, e, m, s, module):
+    """The public entry, picked out of its overloads (the body shares its name)."""
     params = ", ".join(t for t, _, _ in s.params)
     if module:
         return f"static_cast<{s.result} (*)({params})>(&{e.name}::{m.name})"
     const = " const" if s.const else ""
-    return f"static_cast<{s.result} ({e.name}::*)({params}){const}>(&{e.name}::{m.name})"
+    return f"static_cast<{s.result} (C::*)({params}){const}>(&C::{m.name})"
 
 
 def cpp_string(text):
@@ -529,7 +530,9 @@ def cpp_string(text):
 def late_default(world, p, where):
     """A default as late-bound callers see it: the literal in its own type (-1 a Long, 0.5 a
     Double), which the member converts to its parameter type as it does any argument."""
-    if p.type in ("Variant", "String") or world.is_enum(p.type) or p.default in ("True", "False"):
+    if p.type == "Variant":
+        return cpp_literal(world, p, where)
+    if p.type == "String" or world.is_enum(p.type) or p.default in ("True", "False"):
         return f"Variant({cpp_literal(world, p, where)})"
     if re.fullmatch(r'-?\d+', p.default):
         return f"Variant(int32_t({p.default}))"
@@ -572,6 +575,8 @@ def registration(world, table, e, module):
                   "  return self;",
                   "}", ""]
     lines.append(f"const ClassInfo& {cls}::typeInfo() {{")
+    if not module:
+        lines.append(f"  using C = {cls};")
     lines.append(f"  static const ClassInfo info = ClassBuilder<{cls}>()")
     lines.append(f"      .describe({cpp_string(e.description)})")
     if "creatable" in e.flags:
@@ -581,15 +586,16 @@ def registration(world, table, e, module):
     for m in e.members:
         where = f"{table.path}:{m.line}"
         if m.kind == "field":
-            lines.append(f"      .field({cpp_string(m.name)}, &{cls}::{m.name})")
+            lines.append(f"      .field({cpp_string(m.name)}, &C::{m.name})")
         elif m.kind == "event":
             names = ", ".join(cpp_string(p.name) for p in m.params)
-            lines.append(f"      .event({cpp_string(m.name)}, &{cls}::{m.name}, {{{names}}})")
+            lines.append(f"      .event({cpp_string(m.name)}, &C::{m.name}, {{{names}}})")
         else:
             for s in shapes(world, table, m, where):
                 fn = fn_pointer(world, e, m, s, module)
                 params = param_list(world, table, m, where)
-                lines.append(f"      .{s.kind.lower() if s.kind != 'Method' else 'method'}({cpp_string(m.name)}, {fn}, {params})")
+                lines.append(f"      .{s.kind.lower()}({cpp_string(m.name)}, {fn},")
+                lines.append(f"          {params})")
         lines.append(f"      .describe({cpp_string(m.name)}, {cpp_string(m.description)})")
     if "values" in e.flags:
         vals = ", ".join(cpp_string(v) for v in e.flags["values"].split(","))

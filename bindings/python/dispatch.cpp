@@ -26,7 +26,7 @@ PyTypeObject* gBoundType = nullptr;
 
 // ---- the per-class member cache -------------------------------------------------------------
 
-constexpr long kConnect = -1;    // the host's own `connect`
+constexpr long kConnect = -1;    // automation's own `connect`
 constexpr long kNotMember = -2;  // Python's own attribute lookup
 
 struct ClassCache {

@@ -1,4 +1,4 @@
-// Errors, events and the host seams (message box, ending the program).
+// Errors, events and the seams of the host program (message box, ending the program).
 //
 // Python callbacks run inside library calls (an event raised by a property let, a dialog asked
 // by the error path). Their exceptions cannot travel through the library's own frames, so the

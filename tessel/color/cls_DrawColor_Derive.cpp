@@ -27,7 +27,7 @@ int32_t toLongRounded(double v) {
   return static_cast<int32_t>(roundToWhole(v, std::numeric_limits<int32_t>::min(), std::numeric_limits<int32_t>::max()));
 }
 
-// A channel value that must fit a byte, as the host's assignment to a Byte requires.
+// A channel value that must fit a byte, as automation's assignment to a Byte requires.
 uint8_t toChannel(int32_t v) {
   if (v < 0 || v > 255) raise(rt::Overflow);
   return static_cast<uint8_t>(v);
@@ -157,7 +157,7 @@ Ref<cls_DrawColor> cls_DrawColor::SOLID(Call, const Variant& pCreate) {
     A(lateGet(o, "A").toByte());
     return me();
   }
-  // A number is the host's integer colour (red in the low byte), taken as it is: unlike
+  // A number is automation's integer colour (red in the low byte), taken as it is: unlike
   // BASIC, no system-colour translation.
   int32_t r, g, b;
   mdl_Basalt::SplitRGB(pCreate.toLong(), r, g, b);

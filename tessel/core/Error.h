@@ -47,7 +47,7 @@ class Error : public std::exception {
 // (only a test or an embedding host lets it return). No trap stops it.
 struct Terminated {};
 
-// The runtime's own text for an error number (German, as the host's runtime reports them).
+// The runtime's own text for an error number (German, as automation's runtime reports them).
 std::string runtimeErrorText(int32_t number);
 
 [[noreturn]] void raise(int32_t number);

@@ -21,7 +21,7 @@ class Connection {
 };
 
 // Arguments are passed as declared: a handler of Event<int16_t&> may change the value, and
-// the raiser sees the change (the ByRef arguments of the host's events).
+// the raiser sees the change (the ByRef arguments of automation's events).
 template <class... A>
 class Event {
  public:

@@ -32,7 +32,7 @@ bool canShowMessageBox();
 // written to standard error and the default button is the answer.
 MsgResult MsgBox(const MsgBoxRequest& request);
 
-// The host's default title for message boxes without one: the component's name.
+// Automation's default title for message boxes without one: the component's name.
 inline constexpr const char* kApplicationName = "Tessel";
 
 std::string buttonName(MsgResult r);   // "OK", "Abort", …

@@ -1,6 +1,6 @@
-// The host's random-number generator: the classic 24-bit linear congruential sequence
+// Automation's random-number generator: the classic 24-bit linear congruential sequence
 // x = (x * 1140671485 + 12820163) mod 2^24, one sequence per thread, every thread starting
-// from the same state so that an unseeded program repeats itself (as the host's does).
+// from the same state so that an unseeded program repeats itself (as automation's does).
 #pragma once
 
 #include <cstdint>

@@ -27,13 +27,7 @@ std::u16string toUtf16(std::string_view s) {
     }
     if (!ok) { out.push_back(u'\uFFFD'); ++i; continue; }
     i += len;
-    if (cp >= 0x10000) {
-      cp -= 0x10000;
-      out.push_back(static_cast<char16_t>(0xD800 + (cp >> 10)));
-      out.push_back(static_cast<char16_t>(0xDC00 + (cp & 0x3FF)));
-    } else {
-      out.push_back(static_cast<char16_t>(cp));
-    }
+    appendCodePoint(out, cp);
   }
   return out;
 }
@@ -41,14 +35,9 @@ std::u16string toUtf16(std::string_view s) {
 std::string toUtf8(std::u16string_view s) {
   std::string out;
   out.reserve(s.size());
-  for (size_t i = 0; i < s.size(); ++i) {
-    char32_t cp = s[i];
-    if (cp >= 0xD800 && cp < 0xDC00 && i + 1 < s.size() && s[i + 1] >= 0xDC00 && s[i + 1] < 0xE000) {
-      cp = 0x10000 + ((cp - 0xD800) << 10) + (s[i + 1] - 0xDC00);
-      ++i;
-    } else if (cp >= 0xD800 && cp < 0xE000) {
-      cp = 0xFFFD;  // a lone surrogate cannot be written as UTF-8
-    }
+  for (size_t i = 0; i < s.size();) {
+    char32_t cp = nextCodePoint(s, i);
+    if (isSurrogate(cp)) cp = 0xFFFD;  // a lone surrogate cannot be written as UTF-8
     if (cp < 0x80) {
       out.push_back(static_cast<char>(cp));
     } else if (cp < 0x800) {

@@ -7,7 +7,7 @@
 // member's name, parameters and defaults are written once. The builder here is what the
 // generated code calls; docs/core.md shows a class from table to implementation.
 //
-// Arguments are converted to the C++ parameter types by the host's rules; a conversion that
+// Arguments are converted to the C++ parameter types by automation's rules; a conversion that
 // fails is reported through the member's own error trap (source "cls_DrawRect.MOVE"), as if
 // the member had converted the argument itself. Unknown members (438), named arguments that do
 // not exist (448), missing required arguments (449) and too many arguments (450) are the
@@ -428,7 +428,7 @@ class ClassBuilder {
     get(name, getter);
     return set(name, setter);
   }
-  // A public data member read and written directly (the host's public fields).
+  // A public data member read and written directly (automation's public fields).
   template <class V>
   ClassBuilder& field(std::string_view name, V C::*member) {
     auto& m = slot(name);
@@ -512,7 +512,7 @@ MemberInfo& slot(std::vector<MemberInfo>& members, Index& index, std::string_vie
   auto it = index.find(key);
   if (it != index.end()) return members[it->second];
   index.emplace(key, members.size());
-  members.push_back(MemberInfo{std::string(name), {}, {}, {}, {}});
+  members.emplace_back().name = std::string(name);
   return members.back();
 }
 

@@ -1,4 +1,4 @@
-// The automation variant. Conversions follow the host's rules: whole numbers round half to
+// The automation variant. Conversions follow automation's rules: whole numbers round half to
 // even, a value out of the target's range raises 6, a text that is no number raises 13,
 // Nothing where an object's value is needed raises 91, Null where a value is needed 94.
 #pragma once
@@ -66,7 +66,7 @@ class Variant {
   Object* obj() const noexcept { return o_.get(); }
   const Ref<Object>& objRef() const noexcept { return o_; }
 
-  // Conversions by the host's rules.
+  // Conversions by automation's rules.
   bool toBool() const;
   uint8_t toByte() const;
   int16_t toInteger() const;
@@ -78,7 +78,7 @@ class Variant {
   // An object (Nothing allowed); anything else raises 13.
   Ref<Object> toObject() const;
 
-  // Same type and same value (objects by identity). For tests and caches, not the host's "=".
+  // Same type and same value (objects by identity). For tests and caches, not automation's "=".
   friend bool operator==(const Variant& a, const Variant& b) noexcept;
 
  private:
@@ -99,7 +99,7 @@ class Variant {
   Ref<Object> o_;
 };
 
-// Number reading of the host's numeric conversion of a text: optional blanks, sign, digits
+// Number reading of automation's numeric conversion of a text: optional blanks, sign, digits
 // with "." as the decimal point, optional exponent, "&H" hexadecimal; nothing else may follow.
 // False when the text is no number.
 bool parseNumber(std::u16string_view text, double& out) noexcept;
@@ -109,10 +109,10 @@ bool parseNumber(std::u16string_view text, double& out) noexcept;
 // 0 when the text does not begin with one. "12abc" reads 12, "abc" 0.
 double readLeadingNumber(std::u16string_view text) noexcept;
 
-// Whole-number rounding of the host: to nearest, ties to even; raises 6 outside [lo, hi].
+// Whole-number rounding of automation: to nearest, ties to even; raises 6 outside [lo, hi].
 int64_t roundToWhole(double v, double lo, double hi);
 
-// The name the host's TypeName gives a variant ("Long", "String", "cls_DrawRect", "Nothing").
+// The name automation's TypeName gives a variant ("Long", "String", "cls_DrawRect", "Nothing").
 std::string typeName(const Variant& v);
 
 }  // namespace tessel

@@ -39,7 +39,7 @@ ErrAction ErrHandler(int32_t& Number, std::string& Description, std::string_view
 struct ProcInfo {
   std::string_view module;
   std::string_view procedure;  // "MOVECENTER", "X.GET", "X.LET"
-  bool showDialog = false;     // only the procedures the host's event loop calls
+  bool showDialog = false;     // only the procedures that the event loop calls
 };
 
 // Hands the exception being handled to ErrHandler under `where` and returns its answer; a raise

@@ -50,7 +50,7 @@ Ref<cls_DrawPoint> cls_DrawPoint::MOVE(Call, double pX, double pY) {
 
 Ref<cls_DrawPoint> cls_DrawPoint::MOVEBY(Call, double pRelX, double pRelY) {
   if (pRelX != 0 || pRelY != 0) {
-    // Coordinate by coordinate, as the host adds them: an overflow in Y leaves the new X.
+    // Coordinate by coordinate, as automation adds them: an overflow in Y leaves the new X.
     x_ = hFinite(x_ + pRelX);
     y_ = hFinite(y_ + pRelY);
     MOVED.raise();

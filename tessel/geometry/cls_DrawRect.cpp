@@ -14,13 +14,13 @@ namespace tessel {
 namespace {
 
 // Values are computed in double and rounded once into the Single field; a result the field
-// cannot hold (or no number at all) is an overflow, as in the host's Single arithmetic.
+// cannot hold (or no number at all) is an overflow, as in automation's Single arithmetic.
 float hSingle(double v) {
   if (!std::isfinite(v) || std::fabs(v) > FLT_MAX) raise(rt::Overflow);
   return static_cast<float>(v);
 }
 
-// A Double compared with Single edges: rounded as the host would pass it on, but without the
+// A Double compared with Single edges: rounded as automation would pass it on, but without the
 // overflow, since a coordinate beyond the Single range simply lies outside.
 double hAsSingle(double v) { return std::fabs(v) <= FLT_MAX ? static_cast<double>(static_cast<float>(v)) : v; }
 

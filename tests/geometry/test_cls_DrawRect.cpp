@@ -94,6 +94,22 @@ TEST(cls_DrawRect, EventsComeInTheStatedOrder) {
   EXPECT_EQ(log.during([&] { r->CLONE()->X(0); }), "");  // the clone has listeners of its own
 }
 
+// A handler that drops the last reference: MOVE raises MOVED, then goes on to resize the
+// rectangle and raise RESIZE. The rectangle lives until MOVE returns (watch it under ASan).
+TEST(cls_DrawRect, SurvivesAHandlerThatDropsTheLastReference) {
+  for (bool lateBound : {false, true}) {
+    Ref<cls_DrawRect> r = make<cls_DrawRect>();
+    cls_DrawRect* raw = r.get();
+    int resized = 0;
+    Connection moved = raw->MOVED.connect([&] { r = nullptr; });
+    Connection resize = raw->RESIZE.connect([&] { ++resized; });
+    if (lateBound) Invoke(raw, "MOVE", InvokeKind::Method, {1, 2, 3, 4});
+    else raw->MOVE(1, 2, 3, 4);
+    EXPECT_FALSE(r);
+    EXPECT_EQ(resized, 1);
+  }
+}
+
 TEST(cls_DrawRect, SidesCornersAndCornerSquares) {
   auto r = rect(0, 0, 100, 50);
   std::string sides;
