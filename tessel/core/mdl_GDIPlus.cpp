@@ -33,3 +33,9 @@ bool GetEncoderClsid(const std::u16string& mimeType, GUID& clsid) {
 }
 
 }  // namespace tessel::mdl_GDIPlus
+
+namespace tessel::detail {
+
+void deleteStatus(enm_Draw_Status s) noexcept { (void)mdl_Global::Execute(s); }
+
+}  // namespace tessel::detail
