@@ -120,6 +120,21 @@ using PathHandle = Handle<GpPath, &GdipDeletePath>;
 using MatrixHandle = Handle<GpMatrix, &GdipDeleteMatrix>;
 using RegionHandle = Handle<GpRegion, &GdipDeleteRegion>;
 
+// The run-time error a failing status becomes: one of the numbers the error handler answers
+// with "continue". A non-OK status is no error by itself; it only ends the native steps that
+// needed success, with no dialog and nothing raised to the caller.
+inline constexpr int32_t StatusFailed = 400;
+
+// The status check every flat-API call goes through: the status passes Execute (the object
+// model's seam); OK returns, any other status raises StatusFailed with the status's number in
+// its text. Inside a procedure's trap the failing step ends and the procedure goes on with the
+// next one (a one-step trap returns its default result). Where an operation must answer a
+// failure itself (empty the wrapper, raise a fault), it tests Succeeded instead.
+void Check(GpStatus status);
+
+// The same seam without the error: true when the status is OK.
+bool Succeeded(GpStatus status) noexcept;
+
 // libgdiplus's font map is not thread-safe: every font and text call holds this lock.
 std::recursive_mutex& TextLock();
 
