@@ -4,6 +4,7 @@
 
 #include <tessel/color/cls_DrawToolColor.h>
 #include <tessel/core/Rnd.h>
+#include <tessel/core/Checked.h>
 #include <tessel/core/Root.h>
 #include <tessel/core/mdl_Global.h>
 
@@ -16,12 +17,6 @@ namespace {
 
 constexpr int32_t kMagenta = 16711935;  // the colour of an unknown name: loud on purpose
 constexpr int32_t kContrastLimit = 150;  // brightness difference that already reads well
-
-int32_t checkedAdd(int32_t a, int32_t b) {
-  const int64_t s = int64_t(a) + b;
-  if (s < std::numeric_limits<int32_t>::min() || s > std::numeric_limits<int32_t>::max()) raise(rt::Overflow);
-  return static_cast<int32_t>(s);
-}
 
 int32_t toLongRounded(double v) {
   return static_cast<int32_t>(roundToWhole(v, std::numeric_limits<int32_t>::min(), std::numeric_limits<int32_t>::max()));

@@ -1,5 +1,7 @@
 #include <tessel/core/Text.h>
 
+#include <tessel/core/Checked.h>
+
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
@@ -97,7 +99,10 @@ std::u16string formatNumber(double v, int significant) {
   if (v == 0) return u"0";
   // Round to the wanted precision first; the exponent is that of the rounded value.
   char buf[64];
-  std::snprintf(buf, sizeof buf, "%.*E", significant - 1, v);
+  {
+    NearestRounding nearest;  // printf rounds the digits in the current mode
+    std::snprintf(buf, sizeof buf, "%.*E", significant - 1, v);
+  }
   std::string s(buf);
   auto ePos = s.find('E');
   int exponent = std::atoi(s.c_str() + ePos + 1);

@@ -11,7 +11,7 @@
 // fails is reported through the member's own error trap (source "cls_DrawRect.MOVE"), as if
 // the member had converted the argument itself. Unknown members (438), named arguments that do
 // not exist (448), missing required arguments (449) and too many arguments (450) are the
-// host's own errors and are raised as they are.
+// automation's own errors and are raised as they are.
 #pragma once
 
 #include <tessel/core/Error.h>

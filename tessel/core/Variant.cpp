@@ -1,5 +1,6 @@
 #include <tessel/core/Variant.h>
 
+#include <tessel/core/Checked.h>
 #include <tessel/core/Error.h>
 #include <tessel/core/Text.h>
 #include <tessel/core/TypeLib.h>
@@ -75,6 +76,7 @@ bool parseNumber(std::u16string_view t, double& out) noexcept {
     if (!expDigits) return false;
   }
   if (k != n) return false;
+  NearestRounding nearest;
   out = std::strtod(ascii.c_str(), nullptr);  // the C locale's "." is the only decimal point here
   return true;
 }
@@ -101,13 +103,14 @@ double readLeadingNumber(std::u16string_view t) noexcept {
     while (e < n && t[e] >= u'0' && t[e] <= u'9' && exp.size() < 8) { exp.push_back(static_cast<char>(t[e++])); expDigits = true; }
     if (expDigits) ascii += exp;
   }
+  NearestRounding nearest;
   double d = std::strtod(ascii.c_str(), nullptr);
   return std::isfinite(d) ? d : 0;
 }
 
 int64_t roundToWhole(double v, double lo, double hi) {
   if (std::isnan(v)) raise(rt::Overflow);
-  double r = std::nearbyint(v);  // the default rounding mode: to nearest, ties to even
+  double r = roundHalfEven(v);
   if (r < lo || r > hi) raise(rt::Overflow);
   return static_cast<int64_t>(r);
 }
@@ -172,7 +175,7 @@ float Variant::toSingle() const {
   if (t_ == VarType::Single) return n_.f;
   double d = numberOrRaise();
   if (std::isfinite(d) && std::fabs(d) > FLT_MAX) raise(rt::Overflow);
-  return static_cast<float>(d);
+  return narrowToSingle(d);
 }
 
 double Variant::toDouble() const {

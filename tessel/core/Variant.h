@@ -1,6 +1,7 @@
 // The automation variant. Conversions follow automation's rules: whole numbers round half to
 // even, a value out of the target's range raises 6, a text that is no number raises 13,
 // Nothing where an object's value is needed raises 91, Null where a value is needed 94.
+// No conversion depends on the process's floating-point rounding mode.
 #pragma once
 
 #include <tessel/core/Object.h>
@@ -109,7 +110,8 @@ bool parseNumber(std::u16string_view text, double& out) noexcept;
 // 0 when the text does not begin with one. "12abc" reads 12, "abc" 0.
 double readLeadingNumber(std::u16string_view text) noexcept;
 
-// Whole-number rounding of automation: to nearest, ties to even; raises 6 outside [lo, hi].
+// Whole-number rounding of automation: to nearest, ties to even in any rounding mode; raises 6
+// outside [lo, hi].
 int64_t roundToWhole(double v, double lo, double hi);
 
 // The name automation's TypeName gives a variant ("Long", "String", "cls_DrawRect", "Nothing").

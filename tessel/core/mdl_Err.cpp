@@ -3,6 +3,7 @@
 #include <tessel/core/MessageBox.h>
 #include <tessel/core/Text.h>
 
+#include <atomic>
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
@@ -66,15 +67,36 @@ MsgResult ask(const MsgBoxRequest& r, bool service, MsgResult headless) {
   return MsgBox(r);
 }
 
-}  // namespace
-
-bool IsServiceProcess() {
+bool readServiceProcess() {
   const char* user = std::getenv("USERNAME");
   if (user) {
     std::string up = toUtf8(toUpperAscii(toUtf16(user)));
     if (up == "SYSTEM" || up == "LOCALSYSTEM") return true;
   }
   return commandLine().find("SERVER.SERVICE") != std::string::npos;
+}
+
+// -1 until read. Threads that race on the first read compute the same answer.
+std::atomic<int> gServiceProcess{-1};
+
+}  // namespace
+
+bool IsServiceProcess() {
+  int known = gServiceProcess.load(std::memory_order_relaxed);
+  if (known < 0) {
+    known = readServiceProcess() ? 1 : 0;
+    gServiceProcess.store(known, std::memory_order_relaxed);
+  }
+  return known != 0;
+}
+
+void RecheckServiceProcess() noexcept { gServiceProcess.store(-1, std::memory_order_relaxed); }
+
+std::string ErrSummary(int32_t Number, std::string_view Description, std::string_view Application,
+                       std::string_view Module, std::string_view Procedure) {
+  std::string s = "Fehler: #" + std::to_string(Number) + " - ";
+  s.append(Description).append(" @ ").append(Application).append(".").append(Module).append(".").append(Procedure);
+  return s;
 }
 
 ErrAction ErrHandler(int32_t& Number, std::string& Description, std::string_view Application,
@@ -84,17 +106,14 @@ ErrAction ErrHandler(int32_t& Number, std::string& Description, std::string_view
   // procedure's handler is classified by what it was.
   const int32_t n = Number & 0x7FFBFFFF;
   Number = n;
-  const std::string nText = std::to_string(n);
   const bool service = IsServiceProcess();
-  // Where no dialog can be shown the library behaves as in a service process.
-  const bool noDesktop = service || !canShowMessageBox();
 
   if (TerminateRequested) TerminateNow();
 
   // The library's own number and text: "<text>n)".
   auto rewrite = [&](int32_t libraryNumber, const char* text) {
     Number = libraryNumber;
-    Description = text + nText + ")";
+    Description = text + std::to_string(n) + ")";
   };
 
   ErrAction action = ErrRaise;
@@ -123,7 +142,7 @@ ErrAction ErrHandler(int32_t& Number, std::string& Description, std::string_view
       r.icon = MsgIcon::Critical;
       r.defaultButton = 2;
       // Shown whether the procedure allows dialogs or not; a service process aborts.
-      switch (ask(r, noDesktop, MsgResult::Abort)) {
+      switch (ask(r, service, MsgResult::Abort)) {
         case MsgResult::Retry:
           action = ErrRetry;
           break;
@@ -137,12 +156,14 @@ ErrAction ErrHandler(int32_t& Number, std::string& Description, std::string_view
       break;
     }
     case ErrClass::Other:
-      Description = "Unbehandelter Fehler #" + nText + ": " + Description;
+      Description = "Unbehandelter Fehler #" + std::to_string(n) + ": " + Description;
       break;
   }
 
   if (ShowDialog && action == ErrRaise) {
-    if (noDesktop) {
+    // Where no dialog can be shown the library behaves as in a service process. Asked only
+    // here and for file errors: the first ask may start GTK.
+    if (service || !canShowMessageBox()) {
       if (!service) std::fprintf(stderr, "Programmfehler! %s (%s.%s)\n", Description.c_str(),
                                  std::string(Module).c_str(), std::string(Procedure).c_str());
       action = ErrContinue;
@@ -173,11 +194,7 @@ ErrAction ErrHandler(int32_t& Number, std::string& Description, std::string_view
     }
   }
 
-  // The summary line for a log; this version writes no log.
-  [[maybe_unused]] const std::string summary = "Fehler: #" + std::to_string(Number) + " - " + Description + " @ " +
-                                               std::string(Application) + "." + std::string(Module) + "." +
-                                               std::string(Procedure);
-
+  // A log would record ErrSummary(Number, Description, …) here; this version writes none.
   if (AsObjectError) Number = static_cast<int32_t>(static_cast<uint32_t>(n) | 0x80040000u);
   return action;
 }

@@ -27,8 +27,17 @@ namespace mdl_Err {
 extern thread_local bool TerminateRequested;
 
 // True when no desktop user can answer a dialog: USERNAME is SYSTEM or LOCALSYSTEM (any case),
-// or the command line contains "SERVER.SERVICE".
+// or the command line contains "SERVER.SERVICE". Read once per process: neither changes while
+// it runs.
 bool IsServiceProcess();
+
+// Test seam: the next IsServiceProcess reads USERNAME and the command line again.
+void RecheckServiceProcess() noexcept;
+
+// The one-line summary of an error for a log, "Fehler: #n - text @ Tessel.module.procedure".
+// Built only when asked for: this version writes no log.
+std::string ErrSummary(int32_t Number, std::string_view Description, std::string_view Application,
+                       std::string_view Module, std::string_view Procedure);
 
 ErrAction ErrHandler(int32_t& Number, std::string& Description, std::string_view Application,
                      std::string_view Module, std::string_view Procedure, bool AsObjectError, bool ShowDialog,

@@ -13,15 +13,22 @@ std::recursive_mutex& TextLock() {
   return m;
 }
 
+bool Succeeded(GpStatus status) { return mdl_Global::Execute(status) == enm_Draw_Status::OK; }
+
+void Check(GpStatus status) {
+  if (!Succeeded(status)) raise(StatusFailed, "GDI+ status " + std::to_string(static_cast<int32_t>(status)));
+}
+
 bool GetEncoderClsid(const std::u16string& mimeType, GUID& clsid) {
+  // A failing status ends the procedure, which then answers False.
   return Trap(ProcInfo{"mdl_GDIPlus", "GetEncoderClsid"}, [&] {
     uint32_t count = 0, size = 0;
-    if (mdl_Global::Execute(GdipGetImageEncodersSize(&count, &size)) != enm_Draw_Status::OK) return false;
+    Check(GdipGetImageEncodersSize(&count, &size));
     if (count == 0) return false;
     // The descriptions and the strings they point to share one block.
     std::vector<uint64_t> block((size + sizeof(uint64_t) - 1) / sizeof(uint64_t));
     auto* codecs = reinterpret_cast<ImageCodecInfo*>(block.data());
-    if (mdl_Global::Execute(GdipGetImageEncoders(count, size, codecs)) != enm_Draw_Status::OK) return false;
+    Check(GdipGetImageEncoders(count, size, codecs));
     for (uint32_t i = 0; i < count; ++i) {
       if (codecs[i].MimeType && equalsIgnoreCase(std::u16string_view(codecs[i].MimeType), mimeType)) {
         clsid = codecs[i].Clsid;
@@ -33,3 +40,15 @@ bool GetEncoderClsid(const std::u16string& mimeType, GUID& clsid) {
 }
 
 }  // namespace tessel::mdl_GDIPlus
+
+namespace tessel::detail {
+
+void deleteStatus(enm_Draw_Status s) noexcept {
+  try {
+    (void)mdl_Global::Execute(s);
+  } catch (...) {
+    // Freeing never throws: whatever the seam does with a failed delete stays here.
+  }
+}
+
+}  // namespace tessel::detail

@@ -3,9 +3,10 @@
 // WCHAR is UTF-16 (char16_t), the start-up token is 32 bits wide, BOOL is int.
 //
 // Only core/ and the resource wrappers call these functions, every status passes through
-// Execute, and no code but a wrapper's own lifecycle calls a Gdip…Delete… function.
+// Execute, and nothing but a Handle (Handle.h) calls a function that frees a native object.
 #pragma once
 
+#include <tessel/core/Handle.h>
 #include <tessel/core/enm_Draw_Status.h>
 
 #include <cstdint>
@@ -19,11 +20,21 @@ using ARGB = uint32_t;
 using PixelFormat = int32_t;
 using REAL = float;
 
+// Opaque objects. A kind that the flat API treats as a special case of another derives from
+// it, so that its pointer converts without a cast (a solid fill is a brush, a bitmap an image).
 struct GpGraphics;
-struct GpImage;
-struct GpBitmap;
-struct GpBrush;
-struct GpSolidFill;
+struct GpImage {};
+struct GpBitmap : GpImage {};
+struct GpBrush {};
+struct GpSolidFill : GpBrush {};
+struct GpPen;
+struct GpFont;
+struct GpFontFamily;
+struct GpStringFormat;
+struct GpImageAttributes;
+struct GpPath;
+struct GpMatrix;
+struct GpRegion;
 
 struct GUID {
   uint32_t Data1;
@@ -83,8 +94,46 @@ GpStatus GdipFillEllipse(GpGraphics* graphics, GpBrush* brush, REAL x, REAL y, R
 
 // Brushes.
 GpStatus GdipCreateSolidFill(ARGB color, GpSolidFill** brush);
+
+// Freeing, with GdipDisposeImage and GdipDeleteGraphics above. Called only by the handles below.
 GpStatus GdipDeleteBrush(GpBrush* brush);
+GpStatus GdipDeletePen(GpPen* pen);
+GpStatus GdipDeleteFont(GpFont* font);
+GpStatus GdipDeleteFontFamily(GpFontFamily* family);
+GpStatus GdipDeleteStringFormat(GpStringFormat* format);
+GpStatus GdipDisposeImageAttributes(GpImageAttributes* attributes);
+GpStatus GdipDeletePath(GpPath* path);
+GpStatus GdipDeleteMatrix(GpMatrix* matrix);
+GpStatus GdipDeleteRegion(GpRegion* region);
 }
+
+// The owners of native objects (Handle.h), one per kind.
+using BrushHandle = Handle<GpBrush, &GdipDeleteBrush>;
+using PenHandle = Handle<GpPen, &GdipDeletePen>;
+using FontHandle = Handle<GpFont, &GdipDeleteFont>;
+using FontFamilyHandle = Handle<GpFontFamily, &GdipDeleteFontFamily>;
+using StringFormatHandle = Handle<GpStringFormat, &GdipDeleteStringFormat>;
+using ImageHandle = Handle<GpImage, &GdipDisposeImage>;
+using ImageAttributesHandle = Handle<GpImageAttributes, &GdipDisposeImageAttributes>;
+using GraphicsHandle = Handle<GpGraphics, &GdipDeleteGraphics>;
+using PathHandle = Handle<GpPath, &GdipDeletePath>;
+using MatrixHandle = Handle<GpMatrix, &GdipDeleteMatrix>;
+using RegionHandle = Handle<GpRegion, &GdipDeleteRegion>;
+
+// The run-time error a failing status becomes: one of the numbers the error handler answers
+// with "continue". A non-OK status is no error by itself; it only ends the native steps that
+// needed success, with no dialog and nothing raised to the caller.
+inline constexpr int32_t StatusFailed = 400;
+
+// The status check every flat-API call goes through: the status passes Execute (the object
+// model's seam); OK returns, any other status raises StatusFailed with the status's number in
+// its text. Inside a procedure's trap the failing step ends and the procedure goes on with the
+// next one (a one-step trap returns its default result). Where an operation must answer a
+// failure itself (empty the wrapper, raise a fault), it tests Succeeded instead.
+void Check(GpStatus status);
+
+// The same seam without the error: true when the status is OK.
+bool Succeeded(GpStatus status);
 
 // libgdiplus's font map is not thread-safe: every font and text call holds this lock.
 std::recursive_mutex& TextLock();

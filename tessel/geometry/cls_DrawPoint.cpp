@@ -1,22 +1,15 @@
 #include <tessel/geometry/cls_DrawPoint.h>
 
+#include <tessel/core/Checked.h>
+
 #include <cmath>
 
 namespace tessel {
 
-namespace {
-
-double hFinite(double v) {
-  if (!std::isfinite(v)) raise(rt::Overflow);
-  return v;
-}
-
-}  // namespace
-
 double cls_DrawPoint::X(Get) const { return x_; }
 
 void cls_DrawPoint::X(Let, double v) {
-  if (hFinite(v) == x_) return;
+  if (checkedFinite(v) == x_) return;
   x_ = v;
   MOVED.raise();
 }
@@ -24,7 +17,7 @@ void cls_DrawPoint::X(Let, double v) {
 double cls_DrawPoint::Y(Get) const { return y_; }
 
 void cls_DrawPoint::Y(Let, double v) {
-  if (hFinite(v) == y_) return;
+  if (checkedFinite(v) == y_) return;
   y_ = v;
   MOVED.raise();
 }
@@ -38,8 +31,8 @@ Ref<cls_DrawPoint> cls_DrawPoint::COPY(Call, Ref<cls_DrawPoint> pOther) {
 }
 
 Ref<cls_DrawPoint> cls_DrawPoint::MOVE(Call, double pX, double pY) {
-  hFinite(pX);
-  hFinite(pY);
+  checkedFinite(pX);
+  checkedFinite(pY);
   if (pX != x_ || pY != y_) {
     x_ = pX;
     y_ = pY;
@@ -51,8 +44,8 @@ Ref<cls_DrawPoint> cls_DrawPoint::MOVE(Call, double pX, double pY) {
 Ref<cls_DrawPoint> cls_DrawPoint::MOVEBY(Call, double pRelX, double pRelY) {
   if (pRelX != 0 || pRelY != 0) {
     // Coordinate by coordinate, as automation adds them: an overflow in Y leaves the new X.
-    x_ = hFinite(x_ + pRelX);
-    y_ = hFinite(y_ + pRelY);
+    x_ = checkedFinite(x_ + pRelX);
+    y_ = checkedFinite(y_ + pRelY);
     MOVED.raise();
   }
   return Ref<cls_DrawPoint>(this);

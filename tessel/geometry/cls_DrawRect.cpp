@@ -1,5 +1,6 @@
 #include <tessel/geometry/cls_DrawRect.h>
 
+#include <tessel/core/Checked.h>
 #include <tessel/core/Root.h>
 #include <tessel/core/Text.h>
 #include <tessel/geometry/cls_DrawToolPoint.h>
@@ -12,13 +13,6 @@
 namespace tessel {
 
 namespace {
-
-// Values are computed in double and rounded once into the Single field; a result the field
-// cannot hold (or no number at all) is an overflow, as in automation's Single arithmetic.
-float hSingle(double v) {
-  if (!std::isfinite(v) || std::fabs(v) > FLT_MAX) raise(rt::Overflow);
-  return static_cast<float>(v);
-}
 
 // A Double compared with Single edges: rounded as automation would pass it on, but without the
 // overflow, since a coordinate beyond the Single range simply lies outside.
@@ -48,23 +42,24 @@ int hRow(enm_UIRectCorner c) { return static_cast<int32_t>(c) % 3; }
 }  // namespace
 
 // ---------------------------------------------------------------------------------------------
-// Private helpers.
+// Private helpers. Values are computed in double and rounded once into the Single fields
+// (checkedSingle): a result a field cannot hold, or no number at all, is an overflow.
 
-float cls_DrawRect::hX2() const { return hSingle(static_cast<double>(x_) + w_ - 1); }
-float cls_DrawRect::hY2() const { return hSingle(static_cast<double>(y_) + h_ - 1); }
-float cls_DrawRect::hXC() const { return hSingle((static_cast<double>(hX2()) + x_) / 2); }
-float cls_DrawRect::hYC() const { return hSingle((static_cast<double>(hY2()) + y_) / 2); }
+float cls_DrawRect::hX2() const { return checkedSingle(static_cast<double>(x_) + w_ - 1); }
+float cls_DrawRect::hY2() const { return checkedSingle(static_cast<double>(y_) + h_ - 1); }
+float cls_DrawRect::hXC() const { return checkedSingle((static_cast<double>(hX2()) + x_) / 2); }
+float cls_DrawRect::hYC() const { return checkedSingle((static_cast<double>(hY2()) + y_) / 2); }
 
 float cls_DrawRect::hClampW(float v) const {
   if (WMIN > 0 && v < WMIN) v = WMIN;
   if (WMAX > 0 && v > WMAX) v = WMAX;
-  return hSingle(v);
+  return checkedSingle(v);
 }
 
 float cls_DrawRect::hClampH(float v) const {
   if (HMIN > 0 && v < HMIN) v = HMIN;
   if (HMAX > 0 && v > HMAX) v = HMAX;
-  return hSingle(v);
+  return checkedSingle(v);
 }
 
 // Stores a new position and size as they are: MOVED when the corner changes, then RESIZE
@@ -109,7 +104,7 @@ Ref<cls_DrawRect> cls_DrawRect::COPY(Call, Ref<cls_DrawRect> pOther) {
 float cls_DrawRect::X(Get) const { return x_; }
 
 void cls_DrawRect::X(Let, float v) {
-  if (hSingle(v) == x_) return;
+  if (checkedSingle(v) == x_) return;
   x_ = v;
   MOVED.raise();
 }
@@ -117,7 +112,7 @@ void cls_DrawRect::X(Let, float v) {
 float cls_DrawRect::Y(Get) const { return y_; }
 
 void cls_DrawRect::Y(Let, float v) {
-  if (hSingle(v) == y_) return;
+  if (checkedSingle(v) == y_) return;
   y_ = v;
   MOVED.raise();
 }
@@ -144,8 +139,8 @@ Variant cls_DrawRect::MOVECENTER(Call, const Variant& pPoint) {
   double px, py;
   hPointOf(pPoint, px, py);
   // Both targets first: the offsets to the centre must not see a half-done move.
-  float x = hSingle(px + (static_cast<double>(x_) - hXC()));
-  float y = hSingle(py + (static_cast<double>(y_) - hYC()));
+  float x = checkedSingle(px + (static_cast<double>(x_) - hXC()));
+  float y = checkedSingle(py + (static_cast<double>(y_) - hYC()));
   X(x);
   Y(y);
   return Variant(hSelf());
@@ -155,8 +150,8 @@ Ref<cls_DrawRect> cls_DrawRect::MOVE(Call, float pX, float pY, float pW, float p
   // The size is checked before anything moves, so a bad size leaves the rectangle alone.
   float w = pW == -1 ? w_ : hClampW(pW);
   float h = pH == -1 ? h_ : hClampH(pH);
-  hSingle(pX);
-  hSingle(pY);
+  checkedSingle(pX);
+  checkedSingle(pY);
   X(pX);
   Y(pY);
   if (w != w_ || h != h_) {
@@ -178,18 +173,18 @@ Ref<cls_DrawRect> cls_DrawRect::LINES(Call, const Variant& p1, const Variant& p2
 }
 
 Variant cls_DrawRect::LINEXY(Call, double pX1, double pY1, double pX2, double pY2) {
-  float x = hSingle(std::min(pX1, pX2));
-  float y = hSingle(std::min(pY1, pY2));
-  float w = hSingle(std::fabs(pX2 - pX1) + 1);
-  float h = hSingle(std::fabs(pY2 - pY1) + 1);
+  float x = checkedSingle(std::min(pX1, pX2));
+  float y = checkedSingle(std::min(pY1, pY2));
+  float w = checkedSingle(std::fabs(pX2 - pX1) + 1);
+  float h = checkedSingle(std::fabs(pY2 - pY1) + 1);
   hPlace(x, y, w, h);
   return Variant(hSelf());
 }
 
 Ref<cls_DrawRect> cls_DrawRect::MOVEBY(Call, float pRelX, float pRelY) {
   if (pRelX != 0 || pRelY != 0) {
-    float x = hSingle(static_cast<double>(x_) + pRelX);
-    float y = hSingle(static_cast<double>(y_) + pRelY);
+    float x = checkedSingle(static_cast<double>(x_) + pRelX);
+    float y = checkedSingle(static_cast<double>(y_) + pRelY);
     x_ = x;
     y_ = y;
     MOVED.raise();
@@ -201,10 +196,10 @@ Ref<cls_DrawRect> cls_DrawRect::MOVEOFFSET(Call, float pRelX1, float pRelY1, flo
   if (pRelX1 != 0 || pRelY1 != 0 || pRelX2 != 0 || pRelY2 != 0) {
     double right = static_cast<double>(x_) + w_ - 1 + pRelX2;
     double bottom = static_cast<double>(y_) + h_ - 1 + pRelY2;
-    float x = hSingle(static_cast<double>(x_) + pRelX1);
-    float y = hSingle(static_cast<double>(y_) + pRelY1);
-    float w = hSingle(right - x + 1);
-    float h = hSingle(bottom - y + 1);
+    float x = checkedSingle(static_cast<double>(x_) + pRelX1);
+    float y = checkedSingle(static_cast<double>(y_) + pRelY1);
+    float w = checkedSingle(right - x + 1);
+    float h = checkedSingle(bottom - y + 1);
     x_ = x;
     y_ = y;
     w_ = w;
@@ -221,7 +216,7 @@ Ref<cls_DrawRect> cls_DrawRect::MOVEOFFSET(Call, float pRelX1, float pRelY1, flo
 float cls_DrawRect::x2(Get) const { return hX2(); }
 
 void cls_DrawRect::x2(Let, float v) {
-  float w = hClampW(hSingle(std::fabs(static_cast<double>(hSingle(v)) - x_) + 1));
+  float w = hClampW(checkedSingle(std::fabs(static_cast<double>(checkedSingle(v)) - x_) + 1));
   if (v < x_) X(v);  // the old left edge becomes the right edge
   if (w != w_) {
     w_ = w;
@@ -232,7 +227,7 @@ void cls_DrawRect::x2(Let, float v) {
 float cls_DrawRect::y2(Get) const { return hY2(); }
 
 void cls_DrawRect::y2(Let, float v) {
-  float h = hClampH(hSingle(std::fabs(static_cast<double>(hSingle(v)) - y_) + 1));
+  float h = hClampH(checkedSingle(std::fabs(static_cast<double>(checkedSingle(v)) - y_) + 1));
   if (v < y_) Y(v);
   if (h != h_) {
     h_ = h;
@@ -242,11 +237,11 @@ void cls_DrawRect::y2(Let, float v) {
 
 float cls_DrawRect::XC(Get) const { return hXC(); }
 
-void cls_DrawRect::XC(Let, float v) { X(hSingle(v + (static_cast<double>(x_) - hXC()))); }
+void cls_DrawRect::XC(Let, float v) { X(checkedSingle(v + (static_cast<double>(x_) - hXC()))); }
 
 float cls_DrawRect::YC(Get) const { return hYC(); }
 
-void cls_DrawRect::YC(Let, float v) { Y(hSingle(v + (static_cast<double>(y_) - hYC()))); }
+void cls_DrawRect::YC(Let, float v) { Y(checkedSingle(v + (static_cast<double>(y_) - hYC()))); }
 
 // ---------------------------------------------------------------------------------------------
 // Derived rectangles and points.
@@ -268,13 +263,13 @@ Ref<cls_DrawRect> cls_DrawRect::CORNERRECT(Call, enm_UIRectCorner pCorner, float
   float left = 0, top = 0;
   switch (hColumn(pCorner)) {
     case 0: left = x_; break;
-    case 1: left = hSingle(hXC() - half); break;
-    default: left = hSingle(static_cast<double>(hX2()) + 1 - pSize); break;
+    case 1: left = checkedSingle(hXC() - half); break;
+    default: left = checkedSingle(static_cast<double>(hX2()) + 1 - pSize); break;
   }
   switch (hRow(pCorner)) {
     case 0: top = y_; break;
-    case 1: top = hSingle(hYC() - half); break;
-    default: top = hSingle(static_cast<double>(hY2()) + 1 - pSize); break;
+    case 1: top = checkedSingle(hYC() - half); break;
+    default: top = checkedSingle(static_cast<double>(hY2()) + 1 - pSize); break;
   }
   Ref<cls_DrawRect> r = make<cls_DrawRect>();
   r->MOVE(left, top, pSize, pSize);
@@ -291,10 +286,10 @@ Ref<cls_DrawPoint> cls_DrawRect::CORNER(Call, enm_UIRectCorner pCorner) const {
 }
 
 Ref<cls_DrawRect> cls_DrawRect::EXPAND(Call, double pOff) {
-  float x = hSingle(x_ - pOff);
-  float y = hSingle(y_ - pOff);
-  float w = hSingle(w_ + 2 * pOff);
-  float h = hSingle(h_ + 2 * pOff);
+  float x = checkedSingle(x_ - pOff);
+  float y = checkedSingle(y_ - pOff);
+  float w = checkedSingle(w_ + 2 * pOff);
+  float h = checkedSingle(h_ + 2 * pOff);
   x_ = x;
   y_ = y;
   w_ = w;
@@ -326,8 +321,8 @@ void cls_DrawRect::MERGE(Call, const Variant& pRect) {
   const Edges o = hEdgesOf(pRect);
   const double left = std::min<double>(x_, o.left), top = std::min<double>(y_, o.top);
   const double right = std::max<double>(hX2(), o.right), bottom = std::max<double>(hY2(), o.bottom);
-  const float x = hSingle(left), y = hSingle(top);
-  const float w = hSingle(right - left + 1), h = hSingle(bottom - top + 1);
+  const float x = checkedSingle(left), y = checkedSingle(top);
+  const float w = checkedSingle(right - left + 1), h = checkedSingle(bottom - top + 1);
   hPlace(x, y, w, h);
 }
 

@@ -1,5 +1,6 @@
 #include <tessel/root/cls_DrawTool.h>
 
+#include <tessel/core/Checked.h>
 #include <tessel/core/MessageBox.h>
 #include <tessel/core/Root.h>
 
@@ -20,11 +21,6 @@ bool fillSeam() {
 [[maybe_unused]] const bool seamsFilled = fillSeam<cls_DrawToolColor, &cls_DrawTool::COLOR>() &&
                          fillSeam<cls_DrawToolRect, &cls_DrawTool::RECT>() &&
                          fillSeam<cls_DrawToolPoint, &cls_DrawTool::POINT>();
-
-int32_t checkedIncrement(int32_t v) {
-  if (v == std::numeric_limits<int32_t>::max()) raise(rt::Overflow);
-  return v + 1;
-}
 
 }  // namespace
 

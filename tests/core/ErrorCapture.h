@@ -53,4 +53,15 @@ class ScopedEnv {
   bool had_ = false;
 };
 
+// USERNAME for the lifetime of the object, with the service-process answer read again on entry
+// and on exit (it is otherwise read once per process).
+class ScopedUserName {
+ public:
+  explicit ScopedUserName(const char* value) : env_("USERNAME", value) { mdl_Err::RecheckServiceProcess(); }
+  ~ScopedUserName() { mdl_Err::RecheckServiceProcess(); }  // read again lazily, after env_ is restored
+
+ private:
+  ScopedEnv env_;
+};
+
 }  // namespace tessel

@@ -8,6 +8,7 @@
 
 #include "TestSupport.h"
 
+#include <cfenv>
 #include <functional>
 
 using namespace tessel;
@@ -22,6 +23,43 @@ TEST(Variant, WholeNumbersRoundHalfToEven) {
   EXPECT_EQ(Variant(u" 7.5 ").toLong(), 8);
   EXPECT_EQ(Variant(true).toLong(), -1);
   EXPECT_EQ(Variant().toLong(), 0);
+}
+
+// A host or a plug-in may leave the process in another rounding mode; conversions must not care.
+TEST(Variant, ConversionsIgnoreTheFloatingPointRoundingMode) {
+  struct RestoreMode {
+    int saved = std::fegetround();
+    ~RestoreMode() { std::fesetround(saved); }
+  } restore;
+  for (int mode : {FE_TONEAREST, FE_UPWARD, FE_DOWNWARD, FE_TOWARDZERO}) {
+    ASSERT_EQ(std::fesetround(mode), 0);
+    SCOPED_TRACE(mode);
+    EXPECT_EQ(Variant(2.5).toLong(), 2);
+    EXPECT_EQ(Variant(3.5).toLong(), 4);
+    EXPECT_EQ(Variant(-2.5).toLong(), -2);
+    EXPECT_EQ(Variant(-3.5).toLong(), -4);
+    EXPECT_EQ(Variant(0.5).toLong(), 0);
+    EXPECT_EQ(Variant(-0.5).toLong(), 0);
+    EXPECT_EQ(Variant(1.5f).toInteger(), 2);
+    EXPECT_EQ(Variant(-0.75).toLong(), -1);
+    EXPECT_EQ(Variant(254.5).toByte(), 254);
+    EXPECT_EQ(Variant(u"7.5").toLong(), 8);
+    EXPECT_EQ(Variant(2147483646.5).toLong(), 2147483646);
+    EXPECT_EQ(Variant(-2147483648.5).toLong(), INT32_MIN);
+    EXPECT_EQ(raisedNumber([] { Variant(2147483647.5).toLong(); }), 6);
+    EXPECT_EQ(raisedNumber([] { Variant(-32768.51).toInteger(); }), 6);
+    EXPECT_EQ(roundToWhole(4503599627370494.5, -1e18, 1e18), 4503599627370494);  // 2^52 - 1.5
+    EXPECT_EQ(roundToWhole(4503599627370495.5, -1e18, 1e18), 4503599627370496);
+    EXPECT_EQ(roundToWhole(-1e17, -1e18, 1e18), -100000000000000000);
+    // Narrowing, reading and printing round to nearest too.
+    EXPECT_EQ(Variant(0.1).toSingle(), 0.1f);
+    EXPECT_EQ(Variant(-0.1).toSingle(), -0.1f);
+    EXPECT_EQ(Variant(u"0.1").toDouble(), 0.1);
+    EXPECT_EQ(readLeadingNumber(u"-0.1px"), -0.1);
+    EXPECT_EQ(Variant(0.1f).toUtf8(), "0.1");
+    EXPECT_EQ(Variant(1.0 / 3).toUtf8(), "0.333333333333333");
+    EXPECT_EQ(Variant(-2.0 / 3).toUtf8(), "-0.666666666666667");
+  }
 }
 
 TEST(Variant, OutOfRangeIsOverflowAndNonNumbersAreMismatches) {

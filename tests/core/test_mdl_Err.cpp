@@ -162,7 +162,7 @@ TEST(ErrorPath, ProgramErrorDialogInEventProcedures) {
 
 TEST(ErrorPath, ServiceProcessesNeverShowDialogs) {
   ErrorCapture capture;
-  ScopedEnv user("USERNAME", "System");
+  ScopedUserName user("System");
   EXPECT_TRUE(mdl_Err::IsServiceProcess());
 
   Error e = raisedBy([] { Trap(kLibProc, [] { tessel::raise(rt::FileNotFound); }); });
@@ -174,10 +174,28 @@ TEST(ErrorPath, ServiceProcessesNeverShowDialogs) {
   EXPECT_EQ(after, 1);
   EXPECT_TRUE(capture.shown.empty());
 
-  ScopedEnv local("USERNAME", "localsystem");
+  ScopedUserName local("localsystem");
   EXPECT_TRUE(mdl_Err::IsServiceProcess());
-  ScopedEnv person("USERNAME", "anna");
+  ScopedUserName person("anna");
   EXPECT_FALSE(mdl_Err::IsServiceProcess());
+}
+
+TEST(ErrorPath, TheServiceAnswerIsReadOncePerProcess) {
+  ScopedUserName person("anna");
+  ASSERT_FALSE(mdl_Err::IsServiceProcess());
+  {
+    ScopedEnv changed("USERNAME", "SYSTEM");  // without the seam: the first answer stands
+    EXPECT_FALSE(mdl_Err::IsServiceProcess());
+    mdl_Err::RecheckServiceProcess();
+    EXPECT_TRUE(mdl_Err::IsServiceProcess());
+  }
+  mdl_Err::RecheckServiceProcess();
+  EXPECT_FALSE(mdl_Err::IsServiceProcess());
+}
+
+TEST(ErrorPath, SummaryLineOnRequest) {
+  EXPECT_EQ(mdl_Err::ErrSummary(4001, "Ungültiger Parameter (5)", "Tessel", "cls_DrawRect", "MOVECENTER"),
+            "Fehler: #4001 - Ungültiger Parameter (5) @ Tessel.cls_DrawRect.MOVECENTER");
 }
 
 TEST(ErrorPath, WithoutDisplayOrAnswererTheLibraryActsAsAService) {
