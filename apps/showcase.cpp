@@ -10,28 +10,25 @@ namespace gp = tessel::mdl_GDIPlus;
 namespace {
 
 bool drawPicture(const std::string& file) {
-  gp::GpBitmap* bitmap = nullptr;
-  gp::GpGraphics* g = nullptr;
-  gp::GpSolidFill* fill = nullptr;
-  auto ok = [](enm_Draw_Status s) { return mdl_Global::Execute(s) == enm_Draw_Status::OK; };
-  bool done = ok(gp::GdipCreateBitmapFromScan0(240, 160, 0, gp::PixelFormat32bppARGB, nullptr, &bitmap)) &&
-              ok(gp::GdipGetImageGraphicsContext(reinterpret_cast<gp::GpImage*>(bitmap), &g)) &&
-              ok(gp::GdipSetSmoothingMode(g, gp::SmoothingModeAntiAlias)) &&
-              ok(gp::GdipGraphicsClear(g, 0xFFF4F1EA));
+  using gp::Succeeded;
+  gp::GpBitmap* made = nullptr;
+  if (!Succeeded(gp::GdipCreateBitmapFromScan0(240, 160, 0, gp::PixelFormat32bppARGB, nullptr, &made))) return false;
+  gp::ImageHandle bitmap(made);
+  gp::GpGraphics* context = nullptr;
+  if (!Succeeded(gp::GdipGetImageGraphicsContext(bitmap.get(), &context))) return false;
+  gp::GraphicsHandle g(context);
+  bool done = Succeeded(gp::GdipSetSmoothingMode(g.get(), gp::SmoothingModeAntiAlias)) &&
+              Succeeded(gp::GdipGraphicsClear(g.get(), 0xFFF4F1EA));
   const gp::ARGB colours[] = {0xFF2F6690, 0xFF3A7CA5, 0xFFD9DCD6, 0xFF16425B};
   for (int i = 0; done && i < 4; ++i) {
-    done = ok(gp::GdipCreateSolidFill(colours[i], &fill)) &&
-           ok(gp::GdipFillEllipse(g, reinterpret_cast<gp::GpBrush*>(fill), 20.0f + 45 * i, 30.0f + 10 * i, 80, 80));
-    if (fill) gp::GdipDeleteBrush(reinterpret_cast<gp::GpBrush*>(fill));
-    fill = nullptr;
+    gp::GpSolidFill* fill = nullptr;
+    done = Succeeded(gp::GdipCreateSolidFill(colours[i], &fill));
+    gp::BrushHandle brush(fill);
+    done = done && Succeeded(gp::GdipFillEllipse(g.get(), brush.get(), 20.0f + 45 * i, 30.0f + 10 * i, 80, 80));
   }
   gp::GUID png;
-  if (done) done = gp::GetEncoderClsid(u"image/png", png);
-  if (done)
-    done = ok(gp::GdipSaveImageToFile(reinterpret_cast<gp::GpImage*>(bitmap), toUtf16(file).c_str(), &png, nullptr));
-  if (g) gp::GdipDeleteGraphics(g);
-  if (bitmap) gp::GdipDisposeImage(reinterpret_cast<gp::GpImage*>(bitmap));
-  return done;
+  return done && gp::GetEncoderClsid(u"image/png", png) &&
+         Succeeded(gp::GdipSaveImageToFile(bitmap.get(), toUtf16(file).c_str(), &png, nullptr));
 }
 
 }  // namespace

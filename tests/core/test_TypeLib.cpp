@@ -187,3 +187,52 @@ TEST(TypeLib, SourceDoesNotKeepItsListenerAlive) {
   EXPECT_EQ(raw->refCount(), 1);
   delete l;  // frees the source too: no cycle
 }
+
+namespace {
+
+// Reading it by its default member fails with a C++ exception that is no run-time error.
+class cls_Thrower final : public ObjectOf<cls_Thrower> {
+ public:
+  static constexpr std::string_view ClassName = "cls_Thrower";
+  static const ClassInfo& typeInfo();
+  int32_t VALUE() const {
+    if (outOfMemory) throw std::bad_alloc();
+    throw std::out_of_range("vector index");
+  }
+  static inline bool outOfMemory = false;
+};
+
+const ClassInfo& cls_Thrower::typeInfo() {
+  static const ClassInfo info =
+      ClassBuilder<cls_Thrower>().creatable().get("VALUE", &cls_Thrower::VALUE).defaultMember("VALUE");
+  return info;
+}
+TESSEL_REGISTER_CLASS(cls_Thrower)
+
+}  // namespace
+
+TEST(TypeLib, AssigningMissingIsATypeMismatchUnderTheAccessorsSource) {
+  auto p = make<cls_Probe>();
+  p->X(2);
+  p->LIMIT = 7;
+  Error e = raisedBy([&] { call(p.get(), "X", {Variant::missing()}, {}, InvokeKind::Let); });
+  EXPECT_EQ(e.number(), static_cast<int32_t>(0x8004000D));
+  EXPECT_EQ(e.source(), "cls_Probe.X.LET");
+  EXPECT_EQ(raisedBy([&] { call(p.get(), "LIMIT", {Variant::missing()}, {}, InvokeKind::Let); }).source(),
+            "cls_Probe.LIMIT.LET");
+  EXPECT_EQ(p->X(), 2);  // neither changed
+  EXPECT_EQ(p->LIMIT, 7);
+  // An omitted argument still means its default.
+  EXPECT_EQ(call(p.get(), "SUM", {1, Variant::missing()}), Variant(11));
+}
+
+TEST(TypeLib, AnyFailureWhileConvertingAnArgumentBecomesTheMembersError) {
+  auto p = make<cls_Probe>();
+  for (bool memory : {false, true}) {
+    cls_Thrower::outOfMemory = memory;
+    Error e = raisedBy([&] { call(p.get(), "SUM", {Variant(make<cls_Thrower>())}); });
+    EXPECT_EQ(e.source(), "cls_Probe.SUM");
+    EXPECT_EQ(e.number() & 0xFFFF, memory ? rt::OutOfMemory : rt::InternalError);
+  }
+  cls_Thrower::outOfMemory = false;
+}
