@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cfenv>
 #include <cstdint>
 
 namespace tessel {
@@ -24,6 +25,21 @@ Error raisedBy(F&& f) {
 template <class F>
 int32_t raisedNumber(F&& f) {
   return raisedBy(f).number();
+}
+
+// Runs `check` once in each floating-point rounding mode and puts the mode back, also after a
+// failure: conversions must not depend on the mode a host program or a plug-in left behind.
+template <class F>
+void inEveryRoundingMode(F&& check) {
+  struct RestoreMode {
+    int saved = std::fegetround();
+    ~RestoreMode() { std::fesetround(saved); }
+  } restore;
+  for (int mode : {FE_TONEAREST, FE_UPWARD, FE_DOWNWARD, FE_TOWARDZERO}) {
+    ASSERT_EQ(std::fesetround(mode), 0);
+    SCOPED_TRACE(mode);
+    check();
+  }
 }
 
 // A run-time error number as a caller sees it, folded into the object-error range.

@@ -17,20 +17,6 @@ namespace {
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 constexpr double kInf = std::numeric_limits<double>::infinity();
 
-// Runs `check` once in each rounding mode and puts the mode back, also after a failure.
-template <class F>
-void inEveryRoundingMode(F&& check) {
-  struct RestoreMode {
-    int saved = std::fegetround();
-    ~RestoreMode() { std::fesetround(saved); }
-  } restore;
-  for (int mode : {FE_TONEAREST, FE_UPWARD, FE_DOWNWARD, FE_TOWARDZERO}) {
-    ASSERT_EQ(std::fesetround(mode), 0);
-    SCOPED_TRACE(mode);
-    check();
-  }
-}
-
 }  // namespace
 
 TEST(Checked, SingleRangeAndOneRounding) {

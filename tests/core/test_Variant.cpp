@@ -27,13 +27,7 @@ TEST(Variant, WholeNumbersRoundHalfToEven) {
 
 // A host or a plug-in may leave the process in another rounding mode; conversions must not care.
 TEST(Variant, ConversionsIgnoreTheFloatingPointRoundingMode) {
-  struct RestoreMode {
-    int saved = std::fegetround();
-    ~RestoreMode() { std::fesetround(saved); }
-  } restore;
-  for (int mode : {FE_TONEAREST, FE_UPWARD, FE_DOWNWARD, FE_TOWARDZERO}) {
-    ASSERT_EQ(std::fesetround(mode), 0);
-    SCOPED_TRACE(mode);
+  inEveryRoundingMode([] {
     EXPECT_EQ(Variant(2.5).toLong(), 2);
     EXPECT_EQ(Variant(3.5).toLong(), 4);
     EXPECT_EQ(Variant(-2.5).toLong(), -2);
@@ -59,7 +53,7 @@ TEST(Variant, ConversionsIgnoreTheFloatingPointRoundingMode) {
     EXPECT_EQ(Variant(0.1f).toUtf8(), "0.1");
     EXPECT_EQ(Variant(1.0 / 3).toUtf8(), "0.333333333333333");
     EXPECT_EQ(Variant(-2.0 / 3).toUtf8(), "-0.666666666666667");
-  }
+  });
 }
 
 TEST(Variant, OutOfRangeIsOverflowAndNonNumbersAreMismatches) {
