@@ -277,10 +277,6 @@ bool toVariant(PyObject* o, Variant& out) {
     out = Variant(d);
     return true;
   }
-  if (Py_TYPE(o) == gObjectType || PyObject_TypeCheck(o, gObjectType)) {
-    PyErr_SetString(PyExc_TypeError, "this tessel.Object is not bound to a native object");
-    return false;
-  }
   PyErr_Format(PyExc_TypeError, "tessel cannot pass a value of type '%.200s' (use bool, int, float, str, None, "
                "a tessel object, tessel.Empty, tessel.Null or tessel.Missing)", Py_TYPE(o)->tp_name);
   return false;

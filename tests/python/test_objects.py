@@ -94,7 +94,7 @@ def test_modules_and_classes_registered_later_are_objects_of_the_module():
 def test_dir_repr_and_help_come_from_the_type_library(rect):
     assert {"MOVECENTER", "X", "x2", "connect"} <= set(dir(rect))
     assert "connect" not in dir(tessel.cls_DrawFlags())  # no events to connect to
-    assert repr(rect).startswith("<tessel.cls_DrawRect object at ")
+    assert repr(rect) == "<tessel.cls_DrawRect (0,0)-(9,9)>"  # its display member, INFO
     assert repr(rect.MOVE) == "<tessel member cls_DrawRect.MOVE>"
 
     text = pydoc.render_doc(rect.MOVE, renderer=pydoc.plaintext)
