@@ -2,11 +2,13 @@
 """The showcase, scripted: what apps/showcase.cpp does, through the tessel module.
 
 Starts the toolkit, reports its state, then walks the geometry and the colours as a script sees
-them (members by name, the factories' default members, events). The report is printed and also
-written to <out>/showcase-python.txt.
+them (members by name, the factories' default members, events, the Python forms the type library
+gives objects: repr, values, collections, copies). The report is printed and also written to
+<out>/showcase-python.txt.
 
     PYTHONPATH=build/python python3 apps/showcase.py out
 """
+import copy
 import os
 import sys
 
@@ -15,7 +17,7 @@ import tessel
 
 def show_root(say):
     draw = tessel.DRAW
-    say(f"Tessel root object: {draw.__tessel_class__}, ready: {'yes' if draw.READY() else 'no'}")
+    say(f"Tessel root object: {type(draw).__name__}, ready: {'yes' if draw.READY() else 'no'}")
     draw.INIT()
     say(f"after INIT: ready {'yes' if draw.READY() else 'no'}")
     say(f'status 10 reads "{draw.ERRORINFO(tessel.enm_Draw_Status.FileNotFound)}"')
@@ -32,10 +34,12 @@ def show_geometry(say):
             counts[name] += 1
         return count
 
-    # The connections are kept for as long as the events should be counted.
+    # The box keeps its handlers; the connections are kept only to disconnect them afterwards.
     connections = [box.connect(name, counter(name)) for name in counts]
 
     say(f"geometry: box {box.INFO()}, {box.W:g} by {box.H:g}, centre ({box.XC:g}, {box.YC:g})")
+    x, y, w, h = box
+    say(f"geometry: as Python sees it {box!r}, values ({x:g}, {y:g}, {w:g}, {h:g})")
     corner = box.CORNER(tessel.ID_UIRectCorner_XRightYBottom)
     handle = box.CORNERRECT(tessel.ID_UIRectCorner_XRightYBottom, 8)
     say(f"geometry: bottom-right corner ({corner.X:g}, {corner.Y:g}), its 8-pixel handle {handle.INFO()}")
@@ -50,21 +54,29 @@ def show_geometry(say):
     say(f"geometry: the box raised MOVED {counts['MOVED']} times and RESIZE {counts['RESIZE']} times")
     for c in connections:
         c.disconnect()
+    twin = copy.copy(box)
+    twin.MOVEBY(10, 0)
+    say(f"geometry: copy.copy (CLONE) moved by 10 -> {twin.INFO()}; the box stays {box.INFO()}")
 
     try:
         box.MOVECENTER("somewhere")
-    except tessel.Error as e:
-        say(f"geometry: a bad argument raises tessel.Error {e.number} from {e.source}: {e.description}")
+    except TypeError as e:  # a type mismatch is a tessel.Error and a TypeError
+        say(f"geometry: a bad argument raises {type(e).__name__} {e.number} from {e.source}: {e.description}")
+
+    flags = tessel.cls_DrawFlags()
+    flags.SETFLAG("width", box.W).SETFLAG("height", box.H)
+    say(f"collection: {len(flags)} flags, keys {', '.join(flags)}, width {flags('width'):g}")
 
 
 def show_palette(say):
     colors = tessel.DRAW.COLOR
     light, dark = "#F4F1EA", "#1E1E1E"
     say(f"Colour palette (variants by 40, contrast colours on {light} and {dark})")
-    say(f"  {'colour':<10}{'brighter':<10}{'darker':<10}{'brightness':<12}{'on light':<10}{'on dark':<10}contrast")
+    say(f"  {'colour':<10}{'r,g,b':<13}{'brighter':<10}{'darker':<10}{'brightness':<12}{'on light':<10}{'on dark':<10}contrast")
     for name in ("#2F6690", "#3A7CA5", "#D9DCD6", "orange", "rebeccapurple", "#808080"):
         c = colors(name)
-        say(f"  {c.HTML():<10}{c.BRIGHTER(40).HTML():<10}{c.DARKER(40).HTML():<10}{c.BRIGHTNESS():<12}"
+        r, g, b, _ = c  # a colour iterates as R, G, B, A
+        say(f"  {c.HTML():<10}{f'{r},{g},{b}':<13}{c.BRIGHTER(40).HTML():<10}{c.DARKER(40).HTML():<10}{c.BRIGHTNESS():<12}"
             f"{c.CONTRASTCOLOR(light).HTML():<10}{c.CONTRASTCOLOR(dark).HTML():<10}{c.CONTRAST().HTML()}")
 
 

@@ -141,16 +141,7 @@ bool toUtf16String(PyObject* s, std::u16string& out) {
   } else {
     out.reserve(static_cast<size_t>(n) + 8);
     auto* p = static_cast<const Py_UCS4*>(data);
-    for (Py_ssize_t i = 0; i < n; ++i) {
-      Py_UCS4 c = p[i];
-      if (c >= 0x10000) {
-        c -= 0x10000;
-        out.push_back(static_cast<char16_t>(0xD800 + (c >> 10)));
-        out.push_back(static_cast<char16_t>(0xDC00 + (c & 0x3FF)));
-      } else {
-        out.push_back(static_cast<char16_t>(c));
-      }
-    }
+    for (Py_ssize_t i = 0; i < n; ++i) appendCodePoint(out, p[i]);
   }
   return true;
 }
@@ -158,20 +149,13 @@ bool toUtf16String(PyObject* s, std::u16string& out) {
 PyObject* fromUtf16(const std::u16string& s) {
   bool surrogates = false;
   for (char16_t c : s)
-    if (c >= 0xD800 && c <= 0xDFFF) { surrogates = true; break; }
+    if (isSurrogate(c)) { surrogates = true; break; }
   if (!surrogates)
     return PyUnicode_FromKindAndData(PyUnicode_2BYTE_KIND, s.data(), static_cast<Py_ssize_t>(s.size()));
   // Pairs become one code point; a lone surrogate stays one (Python strings may hold it).
   std::u32string wide;
   wide.reserve(s.size());
-  for (size_t i = 0; i < s.size(); ++i) {
-    char32_t c = s[i];
-    if (c >= 0xD800 && c <= 0xDBFF && i + 1 < s.size() && s[i + 1] >= 0xDC00 && s[i + 1] <= 0xDFFF) {
-      c = 0x10000 + ((c - 0xD800) << 10) + (s[i + 1] - 0xDC00);
-      ++i;
-    }
-    wide.push_back(c);
-  }
+  for (size_t i = 0; i < s.size();) wide.push_back(nextCodePoint(s, i));
   return PyUnicode_FromKindAndData(PyUnicode_4BYTE_KIND, wide.data(), static_cast<Py_ssize_t>(wide.size()));
 }
 
@@ -276,10 +260,6 @@ bool toVariant(PyObject* o, Variant& out) {
     if (d == -1.0 && PyErr_Occurred()) return false;
     out = Variant(d);
     return true;
-  }
-  if (Py_TYPE(o) == gObjectType || PyObject_TypeCheck(o, gObjectType)) {
-    PyErr_SetString(PyExc_TypeError, "this tessel.Object is not bound to a native object");
-    return false;
   }
   PyErr_Format(PyExc_TypeError, "tessel cannot pass a value of type '%.200s' (use bool, int, float, str, None, "
                "a tessel object, tessel.Empty, tessel.Null or tessel.Missing)", Py_TYPE(o)->tp_name);

@@ -1,33 +1,23 @@
-// Errors, events and the seams of the host program (message box, ending the program).
+// Events and the seams of the host program (message box, ending the program).
 //
-// Python callbacks run inside library calls (an event raised by a property let, a dialog asked
-// by the error path). Their exceptions cannot travel through the library's own frames, so the
-// callback's exception is kept per thread and raised by the enclosing call once the library
-// has returned. SystemExit and KeyboardInterrupt unwind the library at once, as the
-// termination does.
+// Connections. A native event source holds its listeners weakly: the Connection owns the
+// handler. From Python, the source's Python object owns its connections (ObjectInstance::links),
+// so a handler stays connected whether or not the script keeps the tessel.Connection, until
+// conn.disconnect() or until the source is gone; and while it has connections the Python object
+// keeps itself alive for as long as the library holds the native object (objects.cpp). A
+// connection refers back to its source without a reference, so keeping a connection does not
+// keep its source; the collector traverses source -> connections -> callbacks, so a handler
+// that closes over its source makes a cycle the collector frees.
 #include "host.h"
 
 #include <tessel/core/MessageBox.h>
 #include <tessel/core/Text.h>
 
-#include <cstdio>
 #include <new>
 
 namespace tessel::python {
 
-PyObject* gErrorType = nullptr;
-
 namespace {
-
-struct ThreadState {
-  int depth = 0;                 // library calls under way on this thread
-  PyObject* pending[3] = {};     // type, value, traceback of a callback's exception
-};
-thread_local ThreadState tState;
-
-// The seams' Python handlers (process-wide, as the library's seams are).
-PyObject* gMessageBox = nullptr;
-PyObject* gTerminate = nullptr;
 
 class Gil {
  public:
@@ -38,161 +28,65 @@ class Gil {
   PyGILState_STATE s_;
 };
 
-void fetchNormalized(PyObject*& t, PyObject*& v, PyObject*& tb) {
-  PyErr_Fetch(&t, &v, &tb);
-  if (!t) return;
-  PyErr_NormalizeException(&t, &v, &tb);
-  if (tb && v) PyException_SetTraceback(v, tb);
-}
-
-}  // namespace
-
-// ---- errors ---------------------------------------------------------------------------------
-
-void raiseError(const Error& e) {
-  PyObject* description = fromUtf8(e.description());
-  PyObject* source = fromUtf8(e.source());
-  PyObject* number = PyLong_FromLong(e.number());
-  PyObject* message = nullptr;
-  PyObject* inst = nullptr;
-  if (description && source && number) {
-    // Object errors read best in hexadecimal (0x8004000D), the runtime's own in decimal (438).
-    char num[16];
-    if (e.number() < 0) std::snprintf(num, sizeof num, "0x%08X", static_cast<unsigned>(e.number()));
-    else std::snprintf(num, sizeof num, "%d", static_cast<int>(e.number()));
-    message = e.source().empty() ? PyUnicode_FromFormat("%U (error %s)", description, num)
-                                 : PyUnicode_FromFormat("%U: %U (error %s)", source, description, num);
-  }
-  if (message) inst = PyObject_CallOneArg(gErrorType, message);
-  if (inst && PyObject_SetAttrString(inst, "number", number) == 0 &&
-      PyObject_SetAttrString(inst, "source", source) == 0 &&
-      PyObject_SetAttrString(inst, "description", description) == 0) {
-    PyErr_SetObject(gErrorType, inst);
-  }
-  Py_XDECREF(inst);
-  Py_XDECREF(message);
-  Py_XDECREF(number);
-  Py_XDECREF(source);
-  Py_XDECREF(description);
-}
-
-CallScope::CallScope() {
-  for (int i = 0; i < 3; ++i) {
-    saved_[i] = tState.pending[i];
-    tState.pending[i] = nullptr;
-  }
-  ++tState.depth;
-}
-
-CallScope::~CallScope() = default;
-
-void CallScope::onError(const Error& e) { raiseError(e); }
-
-void CallScope::onTerminated() {
-  // A callback's exception (say, a terminate handler's own) takes the place of SystemExit.
-  if (tState.pending[0]) return;
-  PyObject* code = PyLong_FromLong(1);
-  PyErr_SetObject(PyExc_SystemExit, code);
-  Py_XDECREF(code);
-}
-
-void CallScope::onUnknown() {
-  try {
-    throw;
-  } catch (const std::bad_alloc&) {
-    PyErr_NoMemory();
-  } catch (const std::exception& e) {
-    PyErr_Format(PyExc_RuntimeError, "tessel: %s", e.what());
-  } catch (...) {
-    PyErr_SetString(PyExc_RuntimeError, "tessel: unknown failure");
-  }
-}
-
-PyObject* CallScope::finish(PyObject* result) {
-  --tState.depth;
-  if (tState.pending[0]) {
-    // The callback's exception is raised in the call's place; an error of the call itself
-    // becomes its context.
-    Py_XDECREF(result);
-    result = nullptr;
-    PyObject *t, *v, *tb;
-    fetchNormalized(t, v, tb);
-    if (v && v != tState.pending[1]) PyException_SetContext(tState.pending[1], v);
-    else Py_XDECREF(v);
-    Py_XDECREF(t);
-    Py_XDECREF(tb);
-    PyErr_Restore(tState.pending[0], tState.pending[1], tState.pending[2]);
-  }
-  for (int i = 0; i < 3; ++i) tState.pending[i] = saved_[i];
-  return result;
-}
-
-void stashCallbackError(const char* where) {
-  if (tState.depth == 0) {
-    PyObject* ctx = PyUnicode_FromString(where);
-    PyErr_WriteUnraisable(ctx);
-    Py_XDECREF(ctx);
-    return;
-  }
-  PyObject *t, *v, *tb;
-  fetchNormalized(t, v, tb);
-  if (!t) return;
-  const bool fatal = !PyErr_GivenExceptionMatches(t, PyExc_Exception);
-  if (!tState.pending[0]) {
-    tState.pending[0] = t, tState.pending[1] = v, tState.pending[2] = tb;
-  } else if (fatal) {
-    // Ending the program wins over an earlier callback's failure, which becomes its context.
-    PyException_SetContext(v, tState.pending[1]);
-    Py_XDECREF(tState.pending[0]);
-    Py_XDECREF(tState.pending[2]);
-    tState.pending[0] = t, tState.pending[1] = v, tState.pending[2] = tb;
-  } else {
-    PyErr_Restore(t, v, tb);
-    PyObject* ctx = PyUnicode_FromString(where);
-    PyErr_WriteUnraisable(ctx);
-    Py_XDECREF(ctx);
-  }
-  if (fatal) throw Terminated{};
-}
-
 // ---- connections ----------------------------------------------------------------------------
-
-namespace {
 
 PyTypeObject* gConnectionType = nullptr;
 
 struct ConnectionObject {
   PyObject_HEAD
-  Connection* conn;     // owns the handler; null once disconnected
-  PyObject* callback;   // the handler calls it through a borrowed pointer: drop conn first
-  PyObject* label;      // "cls_DrawRect.MOVED"
+  Connection* conn;         // owns the handler; null once disconnected
+  PyObject* callback;       // the handler calls it through a borrowed pointer: drop conn first
+  ObjectInstance* source;   // no reference: the source owns this connection; null once off it
+  PyObject* label;          // "cls_DrawRect.MOVED"
 };
+
+ConnectionObject* asConnection(PyObject* o) { return reinterpret_cast<ConnectionObject*>(o); }
+
+// Takes the connection off its source's list; the last one lets the source go (which may
+// free it, so nothing touches the source afterwards). The caller holds a reference to `c`.
+void detach(ConnectionObject* c) {
+  ObjectInstance* s = std::exchange(c->source, nullptr);
+  if (!s || !s->links) return;
+  PyObject* links = s->links;
+  for (Py_ssize_t i = 0; i < PyList_GET_SIZE(links); ++i) {
+    if (PyList_GET_ITEM(links, i) == reinterpret_cast<PyObject*>(c)) {
+      PySequence_DelItem(links, i);
+      break;
+    }
+  }
+  if (PyList_GET_SIZE(links) == 0) {
+    Py_CLEAR(s->links);
+    PyObject* pin = std::exchange(s->pin, nullptr);
+    Py_XDECREF(pin);
+  }
+}
 
 void disconnectNow(ConnectionObject* c) {
   delete std::exchange(c->conn, nullptr);
+  detach(c);
   Py_CLEAR(c->callback);
 }
 
 int connectionTraverse(PyObject* o, visitproc visit, void* arg) {
   Py_VISIT(Py_TYPE(o));
-  Py_VISIT(reinterpret_cast<ConnectionObject*>(o)->callback);
+  Py_VISIT(asConnection(o)->callback);
   return 0;
 }
 int connectionClear(PyObject* o) {
-  disconnectNow(reinterpret_cast<ConnectionObject*>(o));
+  disconnectNow(asConnection(o));
   return 0;
 }
 void connectionDealloc(PyObject* o) {
   PyTypeObject* type = Py_TYPE(o);
   PyObject_GC_UnTrack(o);
-  auto* c = reinterpret_cast<ConnectionObject*>(o);
-  disconnectNow(c);
+  auto* c = asConnection(o);
+  disconnectNow(c);  // a connection still on its source is owned by it, so none is here
   Py_CLEAR(c->label);
   PyObject_GC_Del(o);
   Py_DECREF(type);
 }
 PyObject* connectionDisconnect(PyObject* o, PyObject*) {
-  disconnectNow(reinterpret_cast<ConnectionObject*>(o));
+  disconnectNow(asConnection(o));
   Py_RETURN_NONE;
 }
 PyObject* connectionEnter(PyObject* o, PyObject*) {
@@ -200,14 +94,12 @@ PyObject* connectionEnter(PyObject* o, PyObject*) {
   return o;
 }
 PyObject* connectionExit(PyObject* o, PyObject*) {
-  disconnectNow(reinterpret_cast<ConnectionObject*>(o));
+  disconnectNow(asConnection(o));
   Py_RETURN_FALSE;
 }
-PyObject* connectionConnected(PyObject* o, void*) {
-  return PyBool_FromLong(reinterpret_cast<ConnectionObject*>(o)->conn != nullptr);
-}
+PyObject* connectionConnected(PyObject* o, void*) { return PyBool_FromLong(asConnection(o)->conn != nullptr); }
 PyObject* connectionRepr(PyObject* o) {
-  auto* c = reinterpret_cast<ConnectionObject*>(o);
+  auto* c = asConnection(o);
   return PyUnicode_FromFormat("<tessel.Connection %U (%s)>", c->label, c->conn ? "connected" : "disconnected");
 }
 
@@ -218,7 +110,7 @@ PyMethodDef connectionMethods[] = {
     {nullptr, nullptr, 0, nullptr},
 };
 PyGetSetDef connectionGetSet[] = {
-    {"connected", connectionConnected, nullptr, "False once disconnected.", nullptr},
+    {"connected", connectionConnected, nullptr, "False once disconnected, or once the source is gone.", nullptr},
     {nullptr, nullptr, nullptr, nullptr, nullptr},
 };
 PyType_Slot connectionSlots[] = {
@@ -229,9 +121,9 @@ PyType_Slot connectionSlots[] = {
     {Py_tp_methods, connectionMethods},
     {Py_tp_getset, connectionGetSet},
     {Py_tp_doc, const_cast<char*>(
-                    "A listener of one event, made by obj.connect(event, callback). It owns the callback: the "
-                    "object holds its listeners weakly, so the callback stays connected exactly as long as this "
-                    "connection lives and is not disconnected.")},
+                    "A listener of one event, made by obj.connect(event, callback). The object keeps its "
+                    "connections: the callback is called until disconnect() (or the end of a with block), or "
+                    "until the object is gone, whether or not this connection is kept.")},
     {0, nullptr},
 };
 PyType_Spec connectionSpec = {"tessel.Connection", sizeof(ConnectionObject), 0,
@@ -295,23 +187,32 @@ PyObject* connectEvent(PyObject* source, PyObject* event, PyObject* callback) {
   return guarded([&]() -> PyObject* {
     const EventInfo* info = obj->classInfo().findEvent(name);
     if (!info) raise(rt::NoSuchMember);
+    auto* s = asInstance(source);
+    if (!s->links && !(s->links = PyList_New(0))) return nullptr;
     auto* c = PyObject_GC_New(ConnectionObject, gConnectionType);
     if (!c) return nullptr;
     c->conn = nullptr;
+    c->source = nullptr;
     c->callback = callback;
     Py_INCREF(callback);
     c->label = fromUtf8(obj->classInfo().name() + "." + info->name);
     PyObject_GC_Track(c);
     PyObject* result = reinterpret_cast<PyObject*>(c);
-    if (!c->label) {
+    if (!c->label || PyList_Append(s->links, result) < 0) {
       Py_DECREF(result);
       return nullptr;
+    }
+    c->source = s;
+    if (!s->pin) {
+      Py_INCREF(source);
+      s->pin = source;
     }
     try {
       c->conn = new Connection(info->connect(*obj, [callback, info](std::span<Variant> args) {
         callHandler(callback, info, args);
       }));
     } catch (...) {
+      disconnectNow(c);
       Py_DECREF(result);
       throw;
     }
@@ -319,9 +220,24 @@ PyObject* connectEvent(PyObject* source, PyObject* event, PyObject* callback) {
   });
 }
 
+void dropLinks(ObjectInstance* source) {
+  PyObject* links = std::exchange(source->links, nullptr);
+  if (!links) return;
+  for (Py_ssize_t i = 0; i < PyList_GET_SIZE(links); ++i) {
+    auto* c = asConnection(PyList_GET_ITEM(links, i));
+    c->source = nullptr;
+    disconnectNow(c);
+  }
+  Py_DECREF(links);
+}
+
 // ---- seams ----------------------------------------------------------------------------------
 
 namespace {
+
+// The seams' Python handlers (process-wide, as the library's seams are).
+PyObject* gMessageBox = nullptr;
+PyObject* gTerminate = nullptr;
 
 const char* buttonsName(MsgButtons b) {
   switch (b) {
@@ -394,20 +310,6 @@ void setHandler(PyObject*& slot, py::object handler) {
 
 }  // namespace
 
-void initErrors(py::module_& m) {
-  PyObject* dict = Py_BuildValue("{s:i,s:s,s:s}", "number", 0, "source", "", "description", "");
-  if (!dict) throw py::error_already_set();
-  gErrorType = PyErr_NewExceptionWithDoc(
-      "tessel.Error",
-      "A run-time error raised by Tessel.\n\n"
-      "number: the error number as a client sees it (an int, e.g. -2147217311 for 0x80040FA1)\n"
-      "source: where it was raised, \"module.procedure\" (\"cls_DrawRect.MOVECENTER\")\n"
-      "description: the library's text for it",
-      PyExc_Exception, dict);
-  Py_DECREF(dict);
-  if (!gErrorType) throw py::error_already_set();
-  m.attr("Error") = py::reinterpret_borrow<py::object>(gErrorType);
-}
 
 void initEvents(py::module_& m) {
   PyObject* type = PyType_FromSpec(&connectionSpec);

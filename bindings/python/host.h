@@ -1,10 +1,11 @@
 // The Python scripting host: what the sources of the extension share.
 //
-// Every tessel object appears as one pybind11 type, tessel.Object, held by the intrusive
-// Ref, so that one native object is one Python object while Python holds it. Its members are
-// not bound one by one: attribute access, calls and assignments go through the type library.
-// The small helper types (bound members, ByRef cells, connections, the Empty / Null / Missing
-// sentinels) are plain CPython types, because they sit on the hot path.
+// Each class of the type library is a Python type of its own (tessel.cls_DrawRect), a subclass
+// of tessel.Object made from the class's type-library entry the first time the class is met.
+// A native object has one Python object while Python holds it; that object holds one native
+// reference. Members are not bound one by one: attribute access, calls and assignments go
+// through the type library. All these types are plain CPython types, because they sit on the
+// hot path; pybind11 lays out the module and its functions.
 #pragma once
 
 #include <Python.h>
@@ -14,22 +15,9 @@
 #include <tessel/core/TypeLib.h>
 
 #include <string>
+#include <vector>
 
 namespace py = pybind11;
-
-PYBIND11_DECLARE_HOLDER_TYPE(T, tessel::Ref<T>, true)
-
-namespace pybind11 {
-// Every object is shown as tessel.Object whatever its C++ class: skip the dynamic-type lookup,
-// which would fail for every class anyway.
-template <>
-struct polymorphic_type_hook<tessel::Object> {
-  static const void* get(const tessel::Object* src, const std::type_info*& type) {
-    type = nullptr;
-    return src;
-  }
-};
-}  // namespace pybind11
 
 namespace tessel::python {
 
@@ -57,16 +45,69 @@ PyObject* fromVariant(const Variant& v);
 
 PyObject* fromUtf8(const std::string& s);  // invalid bytes replaced
 
-// ---- objects (dispatch.cpp) -----------------------------------------------------------------
+// ---- objects and classes (objects.cpp) ------------------------------------------------------
 
-extern PyTypeObject* gObjectType;
+// What the module keeps per class of the type library: its Python type, the attribute spellings
+// met so far, and the members that the class's entry names for Python's protocols.
+struct ClassCache {
+  const ClassInfo* ci = nullptr;
+  PyTypeObject* type = nullptr;  // lives as long as the process
+  PyObject* names = nullptr;     // str -> int code (lookupName); every spelling met so far
+  // Per member: read directly on attribute access (a property without parameters) or handed
+  // out as a bound member (methods and properties with parameters).
+  std::vector<bool> direct;
+  const MemberInfo* count = nullptr;    // a collection: len() and iteration over item 1..count
+  const MemberInfo* item = nullptr;
+  std::vector<const MemberInfo*> values;  // the tuple form, iterated
+  const MemberInfo* display = nullptr;  // the text repr() shows
+  const MemberInfo* release = nullptr;  // DELETE: called at the end of a `with` block
+  const MemberInfo* clone = nullptr;    // CLONE: copy.copy
+};
+
+constexpr long kConnect = -1;    // the module's own `connect`
+constexpr long kNotMember = -2;  // no member of the class: Python's own attribute lookup
+constexpr long kLookupFailed = -3;
+// A member index, kConnect or kNotMember for an attribute name; kLookupFailed with a Python error.
+long lookupName(ClassCache& c, PyObject* name);
+
+// The Python object of a native one.
+struct ObjectInstance {
+  PyObject_HEAD
+  Object* native;     // one reference; never null for an object the module made
+  ClassCache* cls;
+  PyObject* weakrefs;
+  PyObject* links;    // a list of the live connections to the object's events, or null
+  PyObject* pin;      // the object itself while it has live connections (objects.cpp)
+};
+inline ObjectInstance* asInstance(PyObject* o) { return reinterpret_cast<ObjectInstance*>(o); }
+
+extern PyTypeObject* gObjectType;  // tessel.Object, the base of every class
+extern PyTypeObject* gClassType;   // tessel.Class, the type of every class
 void initObjectTypes(py::module_& m);
-// The native object of a tessel.Object, or null for anything else (and for an instance that
-// was never bound to one).
-Object* nativeOf(PyObject* o);
+
+// The native object of a tessel object, or null for anything else.
+inline Object* nativeOf(PyObject* o) { return PyObject_TypeCheck(o, gObjectType) ? asInstance(o)->native : nullptr; }
 // The Python object of a native one (None for Nothing); the same one while Python holds it.
 PyObject* wrapObject(const Ref<Object>& o);
 PyObject* wrapObject(Object* o);
+// The cache and Python type of a class, made on first use; null with a Python error.
+ClassCache* cacheFor(const ClassInfo& ci);
+
+// ---- members (members.cpp) ------------------------------------------------------------------
+
+extern PyTypeObject* gBoundType;     // tessel.Member: a member of an object, or of a class
+extern PyTypeObject* gPropertyType;  // tessel.Property: a property without parameters of a class
+void initMemberTypes(py::module_& m);
+
+enum class BoundMode : uint8_t { Member, Connector };
+// A member bound to `self`, or with a null `self` the class's own descriptor of it.
+PyObject* newBound(PyObject* self, const ClassInfo& ci, const MemberInfo* m, BoundMode mode);
+PyObject* newProperty(const ClassInfo& ci, const MemberInfo& m);
+
+// Reads a property without parameters (or a method without arguments) of `obj`.
+PyObject* readMember(Object* obj, const MemberInfo& m);
+// Assigns to a property without parameters: objects (and None) are set, other values let.
+int assignMember(Object* obj, const MemberInfo& m, PyObject* value);
 
 // The late-bound call shared by every path: positional arguments (ByRef cells written back),
 // keyword arguments as named ones, and for let / set the assigned value last. A null member
@@ -77,17 +118,22 @@ PyObject* callMember(Object* target, const MemberInfo* member, InvokeKind kind, 
 PyObject* callMemberDict(Object* target, const MemberInfo* member, InvokeKind kind, PyObject* const* args,
                          size_t nargs, PyObject* kwargs, PyObject* assigned);
 
-// A description of a member for help(): parameters with types and defaults.
+// Descriptions for help(): a member with its parameters, types and defaults; the events.
 std::string describeMember(const ClassInfo& ci, const MemberInfo& m);
+std::string describeEvents(const ClassInfo& ci);
+std::string describeParams(const std::vector<ParamInfo>& params, size_t count);
 
-// ---- errors, events and seams (events.cpp) --------------------------------------------------
+// ---- errors (errors.cpp) --------------------------------------------------------------------
 
 extern PyObject* gErrorType;
 void initErrors(py::module_& m);
-void initEvents(py::module_& m);
 
-// obj.connect(event, callback): a tessel.Connection that owns the callback.
-PyObject* connectEvent(PyObject* source, PyObject* event, PyObject* callback);
+// Raises the library error as the tessel.Error subclass that fits its number. For an unknown
+// attribute `attribute` and `obj` fill AttributeError's name and obj, and `message` replaces
+// the text built from source and description.
+void raiseError(const Error& e, PyObject* attribute = nullptr, PyObject* obj = nullptr, const char* message = nullptr);
+// Automation's own 438 for an attribute name the class does not have.
+void raiseNoMember(PyObject* obj, PyObject* name, const ClassInfo& ci);
 
 // Runs a call into the library. Converts tessel::Error to tessel.Error, Terminated to
 // SystemExit, and raises an exception that a Python callback (event handler, message-box
@@ -139,7 +185,14 @@ inline py::object steal(PyObject* o) {
 // SystemExit and KeyboardInterrupt it throws Terminated, so that no more library code runs.
 void stashCallbackError(const char* where);
 
-// Raises tessel.Error for a library error (with a Python error set afterwards).
-void raiseError(const Error& e);
+// ---- events and seams (events.cpp) ----------------------------------------------------------
+
+void initEvents(py::module_& m);
+
+// obj.connect(event, callback): a tessel.Connection, owned by the object (see events.cpp).
+PyObject* connectEvent(PyObject* source, PyObject* event, PyObject* callback);
+// Disconnects every connection of the object and lets go of them (the collector's clear and
+// the object's end).
+void dropLinks(ObjectInstance* source);
 
 }  // namespace tessel::python

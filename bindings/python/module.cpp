@@ -1,49 +1,11 @@
-// The extension module tessel._tessel: the types of the host, the classes and enumerations
+// The extension module tessel._tessel: the module's own types, the classes and enumerations
 // of the type library, and the raw late-bound call. The package tessel/__init__.py lays it out.
 #include "host.h"
 
 #include <tessel/core/Text.h>
 
-#include <unordered_map>
-
 namespace tessel::python {
 namespace {
-
-// A class of the type library as a Python callable: calling it makes a new object (New).
-struct ClassHandle {
-  const ClassInfo* ci;
-};
-
-std::string describeClass(const ClassInfo& ci) {
-  std::string s = ci.name() + (ci.isGlobal()        ? ": a global object of Tessel (one per thread).\n"
-                               : ci.creatable()     ? ": a class of Tessel; calling it makes a new object.\n"
-                                                    : ": a class of Tessel; its objects come from the library.\n");
-  s += "\nMembers:\n";
-  for (auto& m : ci.members()) {
-    std::string d = describeMember(ci, m);
-    for (size_t start = 0; start < d.size();) {
-      size_t end = d.find('\n', start);
-      if (end == std::string::npos || end == start) break;
-      s += "  " + d.substr(start, end - start) + "\n";
-      start = end + 1;
-    }
-  }
-  if (!ci.events().empty()) {
-    s += "\nEvents (obj.connect(name, callback)):";
-    for (auto& e : ci.events()) s += " " + e.name;
-    s += "\n";
-  }
-  return s;
-}
-
-py::object classObject(const ClassInfo& ci) {
-  static std::unordered_map<const ClassInfo*, PyObject*> made;  // one Python object per class
-  auto it = made.find(&ci);
-  if (it != made.end()) return py::reinterpret_borrow<py::object>(it->second);
-  py::object o = py::cast(ClassHandle{&ci});
-  made.emplace(&ci, o.inc_ref().ptr());
-  return o;
-}
 
 InvokeKind kindFromName(const std::string& k) {
   if (equalsIgnoreCase(k, "get")) return InvokeKind::Get;
@@ -51,6 +13,78 @@ InvokeKind kindFromName(const std::string& k) {
   if (equalsIgnoreCase(k, "set")) return InvokeKind::Set;
   if (equalsIgnoreCase(k, "method")) return InvokeKind::Method;
   throw py::value_error("kind must be \"get\", \"let\", \"set\" or \"method\", not \"" + k + "\"");
+}
+
+py::object classObject(const ClassInfo& ci) {
+  ClassCache* c = cacheFor(ci);
+  if (!c) throw py::error_already_set();
+  return py::reinterpret_borrow<py::object>(reinterpret_cast<PyObject*>(c->type));
+}
+
+py::str text(const std::string& s) {
+  PyObject* o = fromUtf8(s);
+  if (!o) throw py::error_already_set();
+  return py::reinterpret_steal<py::str>(o);
+}
+
+// The type library as plain data, for tools that describe it (the type stub, the docs).
+py::dict describeParam(const ParamInfo& p, size_t i) {
+  py::dict d;
+  d["name"] = text(p.name.empty() ? "arg" + std::to_string(i + 1) : p.name);
+  d["type"] = text(p.typeName);
+  d["optional"] = p.optional || p.hasDefault;
+  d["byref"] = p.byRef;
+  if (p.hasDefault) d["default"] = steal(fromVariant(p.defaultValue));
+  return d;
+}
+
+py::object describeAccessor(const Accessor& a) {
+  if (!a) return py::none();
+  py::list params;
+  for (size_t i = 0; i < a.params.size(); ++i) params.append(describeParam(a.params[i], i));
+  py::dict d;
+  d["params"] = params;
+  d["result"] = text(a.resultType);
+  return d;
+}
+
+py::dict describeClassData(const ClassInfo& ci) {
+  py::dict d;
+  d["name"] = text(ci.name());
+  d["description"] = text(ci.description());
+  d["creatable"] = ci.creatable();
+  d["global"] = ci.isGlobal();
+  d["default"] = ci.defaultMember() ? py::object(text(ci.defaultMember()->name)) : py::none();
+  py::list values;
+  for (auto& v : ci.valueMembers()) values.append(text(v));
+  d["values"] = values;
+  d["display"] = text(ci.displayMember());
+  d["count"] = text(ci.countMember());
+  d["item"] = text(ci.itemMember());
+  py::list members;
+  for (auto& m : ci.members()) {
+    py::dict md;
+    md["name"] = text(m.name);
+    md["description"] = text(m.description);
+    md["method"] = describeAccessor(m.method);
+    md["get"] = describeAccessor(m.get);
+    md["let"] = describeAccessor(m.let);
+    md["set"] = describeAccessor(m.set);
+    members.append(md);
+  }
+  d["members"] = members;
+  py::list events;
+  for (auto& e : ci.events()) {
+    py::dict ed;
+    ed["name"] = text(e.name);
+    ed["description"] = text(e.description);
+    py::list params;
+    for (size_t i = 0; i < e.params.size(); ++i) params.append(describeParam(e.params[i], i));
+    ed["params"] = params;
+    events.append(ed);
+  }
+  d["events"] = events;
+  return d;
 }
 
 }  // namespace
@@ -63,62 +97,15 @@ PYBIND11_MODULE(_tessel, m) {
   m.doc() = "The native part of the tessel package; import tessel instead.";
   initValueTypes(m);
   initErrors(m);
+  initMemberTypes(m);
   initObjectTypes(m);
   initEvents(m);
-
-  py::class_<ClassHandle> classType(m, "Class", "A class of Tessel's type library.");
-  classType
-      .def("__call__",
-           [](const ClassHandle& c) {
-             return steal(guarded([&]() -> PyObject* { return wrapObject(c.ci->create()); }));
-           })
-      .def("__instancecheck__",
-           [](const ClassHandle& c, py::handle o) {
-             Object* obj = nativeOf(o.ptr());
-             return obj && &obj->classInfo() == c.ci;
-           })
-      // A descriptor's __get__, so that help() shows the class like a routine, with its members.
-      .def("__get__", [](py::object self, py::handle, py::handle) { return self; })
-      .def("__repr__", [](const ClassHandle& c) { return "<tessel class " + c.ci->name() + ">"; })
-      .def_property_readonly("__doc__", [](const ClassHandle& c) { return steal(fromUtf8(describeClass(*c.ci))); })
-      .def_property_readonly("__signature__",
-                             [](const ClassHandle&) {
-                               return py::module_::import("inspect").attr("Signature")(py::list());
-                             })
-      .def_property_readonly("creatable", [](const ClassHandle& c) { return c.ci->creatable(); },
-                             "Whether calling the class makes a new object.")
-      .def_property_readonly("is_global", [](const ClassHandle& c) { return c.ci->isGlobal(); },
-                             "Whether the class is a global object (one per thread).")
-      .def_property_readonly("members",
-                             [](const ClassHandle& c) {
-                               py::list l;
-                               for (auto& mem : c.ci->members()) l.append(steal(fromUtf8(mem.name)));
-                               return l;
-                             },
-                             "The member names in interface order.")
-      .def_property_readonly("events", [](const ClassHandle& c) {
-        py::list l;
-        for (auto& e : c.ci->events()) l.append(steal(fromUtf8(e.name)));
-        return l;
-      }, "The event names.");
-
-  {
-    // A type's own __name__ cannot be replaced by assignment; the instances' name goes straight
-    // into the type's dict (pydoc reads it to title the class).
-    py::object name = py::module_::import("builtins").attr("property")(
-        py::cpp_function([](const ClassHandle& c) { return c.ci->name(); }));
-    auto* t = reinterpret_cast<PyTypeObject*>(classType.ptr());
-    if (PyDict_SetItemString(t->tp_dict, "__name__", name.ptr()) < 0 ||
-        PyDict_SetItemString(t->tp_dict, "__qualname__", name.ptr()) < 0)
-      throw py::error_already_set();
-    PyType_Modified(t);
-  }
 
   m.def(
       "classes",
       [] {
         py::dict d;
-        for (const ClassInfo* ci : TypeLib::classes()) d[py::str(ci->name())] = classObject(*ci);
+        for (const ClassInfo* ci : TypeLib::classes()) d[text(ci->name())] = classObject(*ci);
         return d;
       },
       "Every class of the type library by name.");
@@ -143,12 +130,24 @@ PYBIND11_MODULE(_tessel, m) {
         py::list l;
         for (auto& e : TypeLib::enums()) {
           py::list members;
-          for (auto& [name, value] : e.members) members.append(py::make_tuple(steal(fromUtf8(name)), value));
-          l.append(py::make_tuple(steal(fromUtf8(e.name)), members));
+          for (auto& [name, value] : e.members) members.append(py::make_tuple(text(name), value));
+          l.append(py::make_tuple(text(e.name), members, text(e.description)));
         }
         return l;
       },
-      "Every enumeration of the type library: (name, [(member, value), ...]).");
+      "Every enumeration of the type library: (name, [(member, value), ...], description).");
+  m.def(
+      "describe",
+      [](py::handle cls) {
+        for (const ClassInfo* ci : TypeLib::classes())
+          if (classObject(*ci).ptr() == cls.ptr()) return describeClassData(*ci);
+        throw py::type_error("describe() takes a class of the type library");
+      },
+      py::arg("cls"),
+      "A class of the type library as plain data: name, description, creatable, global, default, values,\n"
+      "display, count, item, members (name, description and the method / get / let / set accessors with\n"
+      "their params and result type) and events (name, description, params). An accessor a member lacks\n"
+      "is None; a param is a dict of name, type, optional, byref and, where registered, default.");
   m.def(
       "invoke",
       [](py::handle obj, const std::string& name, const std::string& kind, py::args args, py::kwargs named) {
@@ -168,5 +167,5 @@ PYBIND11_MODULE(_tessel, m) {
       py::arg("obj"), py::arg("name"), py::arg("kind"),
       "invoke(obj, name, kind, *args, **named)\n\nThe raw late-bound call: kind is \"get\", \"let\", \"set\" or "
       "\"method\"; for let and set the assigned value is the last positional argument. An empty name is the "
-      "default member. Unknown members raise tessel.Error 438.");
+      "default member. Unknown members raise tessel.NoSuchMemberError (438).");
 }

@@ -41,6 +41,12 @@ ErrClass classify(int32_t n) {
   }
 }
 
+}  // namespace
+
+bool IsParameterError(int32_t number) noexcept { return classify(number) == ErrClass::Parameter; }
+
+namespace {
+
 std::string commandLine() {
   std::ifstream f("/proc/self/cmdline", std::ios::binary);
   std::string s((std::istreambuf_iterator<char>(f)), std::istreambuf_iterator<char>());

@@ -31,6 +31,10 @@ extern thread_local bool TerminateRequested;
 // it runs.
 bool IsServiceProcess();
 
+// Whether the handler rewrites a run-time error number as a parameter error ("Ungültiger
+// Parameter (n)"); hosts map these onto their own argument errors.
+bool IsParameterError(int32_t number) noexcept;
+
 // Test seam: the next IsServiceProcess reads USERNAME and the command line again.
 void RecheckServiceProcess() noexcept;
 

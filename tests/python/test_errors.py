@@ -131,3 +131,43 @@ def test_termination_ends_the_interpreter_without_losing_output():
                          env={"PYTHONPATH": str(build)}, timeout=60)
     assert run.returncode == 1
     assert run.stdout.split() == ["before", "finally"]
+
+
+def test_error_classes_are_the_built_in_exceptions_a_python_user_catches(rect, probe):
+    with pytest.raises(TypeError) as info:
+        rect.MOVECENTER("abc")  # 13, folded into the object-error range
+    assert isinstance(info.value, tessel.TypeMismatchError) and isinstance(info.value, tessel.Error)
+    for number in (5, 6, 9, 11, 380):
+        with pytest.raises(ValueError) as info:
+            probe.FAIL(number)
+        assert type(info.value) is tessel.ParameterError and info.value.number == signed(0x80040000 | number)
+    with pytest.raises(ValueError):
+        tessel.DRAW.COLOR("#102030").R = 300  # overflow (6) from a property let
+
+    # A missing member is an AttributeError, from attribute access and from the raw call alike.
+    with pytest.raises(AttributeError) as info:
+        rect.NOSUCH
+    e = info.value
+    assert isinstance(e, tessel.NoSuchMemberError) and e.number == 438 and e.name == "NOSUCH" and e.obj is rect
+    assert "'cls_DrawRect' object has no member 'NOSUCH'" in str(e)
+    with pytest.raises(AttributeError):
+        rect.NOSUCH = 1
+    with pytest.raises(AttributeError):
+        tessel.invoke(rect, "NOSUCH", "get")
+    with pytest.raises(AttributeError):
+        rect.connect("NOSUCH", print)
+
+    # Arguments that do not fit the call are TypeErrors, as Python's own are.
+    for call in (lambda: rect.MOVE(1, 2, pZ=3), lambda: rect.MOVE(pY=1), lambda: rect.MOVE(1, 2, 3, 4, 5)):
+        with pytest.raises(TypeError) as info:
+            call()
+        assert type(info.value) is tessel.ArgumentError
+
+    # Everything else is a plain tessel.Error; except tessel.Error catches every one of them.
+    with pytest.raises(tessel.Error) as info:
+        probe.FAIL(1000)
+    assert type(info.value) is tessel.Error
+    with pytest.raises(tessel.Error):
+        probe.FAIL(13)
+    copy = pickle.loads(pickle.dumps(info.value))
+    assert type(copy) is tessel.Error and copy.number == info.value.number

@@ -21,7 +21,7 @@ def test_callbacks_receive_events(rect):
     assert c1.connected and c2.connected
 
 
-def test_disconnecting_and_dropping_the_connection_stop_the_callback(rect):
+def test_disconnecting_stops_the_callback_and_dropping_the_connection_does_not(rect):
     calls = []
     conn = rect.connect("MOVED", lambda: calls.append(1))
     rect.X = 1
@@ -30,16 +30,16 @@ def test_disconnecting_and_dropping_the_connection_stop_the_callback(rect):
     rect.X = 2
     assert calls == [1] and not conn.connected
 
-    conn = rect.connect("MOVED", lambda: calls.append(2))
-    del conn  # the object holds its listeners weakly
+    rect.connect("MOVED", lambda: calls.append(2))  # the object keeps the connection
+    gc.collect()
     rect.X = 3
     with rect.connect("MOVED", lambda: calls.append(3)):
         rect.X = 4
     rect.X = 5
-    assert calls == [1, 3]
+    assert calls == [1, 2, 2, 3, 2]
 
 
-def test_the_connection_owns_the_callback_and_cycles_are_collected(rect):
+def test_handlers_live_as_long_as_their_source_and_cycles_are_collected():
     class Listener:
         def __init__(self, source):
             self.calls = 0
@@ -48,14 +48,49 @@ def test_the_connection_owns_the_callback_and_cycles_are_collected(rect):
         def on_moved(self):
             self.calls += 1
 
+    rect = tessel.cls_DrawRect()
     listener = Listener(rect)
-    rect.X = 1
-    assert listener.calls == 1
     gone = weakref.ref(listener)
     del listener
     gc.collect()
-    assert gone() is None
-    rect.X = 2  # nothing left to call
+    rect.X = 1  # still connected: the source keeps its handlers
+    assert gone().calls == 1
+
+    # A handler closing over its source: the source, its connection and the handler are one
+    # cycle, freed by the collector once nothing else holds the source.
+    rect.connect("RESIZE", lambda: rect.W)
+    conn = gone().conn
+    source = weakref.ref(rect)
+    del rect
+    gc.collect()
+    assert source() is None and gone() is None
+    assert not conn.connected  # the source is gone; the kept connection does not keep it
+
+
+def test_an_object_the_library_holds_keeps_its_handlers():
+    calls = []
+    flags, point = tessel.cls_DrawFlags(), tessel.cls_DrawPoint()
+    flags.SETFLAG("p", point)
+    held = weakref.ref(point)
+    point.connect("MOVED", lambda: calls.append(held().X))
+    del point
+    gc.collect()
+    flags("p").X = 5  # the library holds the point: its Python object and handler live on
+    assert calls == [5] and flags("p") is held()
+    flags.REMOVE("p")  # now only the cycle through the handler holds it
+    gc.collect()
+    assert held() is None
+
+    # Disconnecting inside the handler, and after the source is gone, is harmless.
+    rect = tessel.cls_DrawRect()
+    conns = []
+    conns.append(rect.connect("MOVED", lambda: conns[0].disconnect()))
+    rect.X = 1
+    rect.X = 2
+    assert not conns[0].connected
+    del rect
+    gc.collect()
+    conns[0].disconnect()
 
 
 def test_event_arguments_and_byref_cells(probe):

@@ -94,7 +94,7 @@ def test_modules_and_classes_registered_later_are_objects_of_the_module():
 def test_dir_repr_and_help_come_from_the_type_library(rect):
     assert {"MOVECENTER", "X", "x2", "connect"} <= set(dir(rect))
     assert "connect" not in dir(tessel.cls_DrawFlags())  # no events to connect to
-    assert repr(rect).startswith("<tessel.cls_DrawRect object at ")
+    assert repr(rect) == "<tessel.cls_DrawRect (0,0)-(9,9)>"  # its display member, INFO
     assert repr(rect.MOVE) == "<tessel member cls_DrawRect.MOVE>"
 
     text = pydoc.render_doc(rect.MOVE, renderer=pydoc.plaintext)
@@ -106,3 +106,38 @@ def test_dir_repr_and_help_come_from_the_type_library(rect):
     text = pydoc.render_doc(tessel.cls_DrawRect, renderer=pydoc.plaintext)
     assert "MOVECENTER(pPoint As Variant)" in text and "X As Single  [get, let]" in text
     assert "Events" in text and "MOVED" in text
+
+
+def test_each_class_is_a_python_type_of_its_own(rect):
+    cls = tessel.cls_DrawRect
+    assert type(rect) is cls and type(rect).__name__ == "cls_DrawRect" and cls.__module__ == "tessel"
+    assert issubclass(cls, tessel.Object) and type(cls) is tessel.Class
+    assert not issubclass(cls, tessel.cls_DrawPoint)
+    # The class's members work from the class too, given an object of it.
+    assert cls.MOVE(rect, 2, 3) is rect and cls.X.__get__(rect) == 2
+    cls.X.__set__(rect, 4)
+    assert rect.X == 4
+    with pytest.raises(TypeError):
+        cls.MOVE(tessel.cls_DrawPoint(), 1, 2)
+    with pytest.raises(TypeError):
+        cls.X.__get__(tessel.cls_DrawPoint())
+    # Objects come from the library: no subclasses, no construction past the class's own call.
+    with pytest.raises(TypeError):
+        type("MyRect", (cls,), {})
+    with pytest.raises(TypeError):
+        tessel.Object.__new__(type("Loose", (tessel.Object,), {}))
+    assert type(tessel.sys_Global).is_global and not cls.is_global
+    assert cls.members[:2] == ["WMIN", "WMAX"] and set(cls.events) == {"MOVED", "RESIZE"}
+
+
+def test_help_shows_the_descriptions_and_parameters(probe):
+    text = pydoc.render_doc(tessel.cls_PyProbe, renderer=pydoc.plaintext)
+    assert "Test fixture of the Python host." in text  # the class's description
+    assert "SUM(pA, pB=10, pC=tessel.Missing)" in text and "Adds three numbers." in text
+    assert "How often FAIL ran its body." in text  # a property's, among the data descriptors
+    assert "CHANGED(pKey As String, pValue As Variant)  An item was assigned." in text
+    assert "DELETE runs at its end" in text
+    assert pydoc.render_doc(probe.SUM, renderer=pydoc.plaintext).count("Adds three numbers.") == 1
+    # Without descriptions the members are listed all the same.
+    text = pydoc.render_doc(tessel.cls_DrawFlags, renderer=pydoc.plaintext)
+    assert "SETFLAG(pKey, pValue)" in text and "count As Long  [get]" in text

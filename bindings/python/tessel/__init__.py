@@ -6,14 +6,18 @@ Every class, enumeration and global object of Tessel's type library appears here
     r = tessel.DRAW.RECT("5", 6, 7, 8)   # the rectangle factory's default member
     r.MOVE(1, 2, pW=30)                  # members by name, any case, keyword arguments
     r.X = 10                             # properties get and let by name
-    conn = r.connect("MOVED", print)     # events; keep the connection
+    x, y, w, h = r                       # a rectangle's values
+    r.connect("MOVED", print)            # events: connected until disconnect() or r is gone
 
-tessel.DRAW is the calling thread's root object. Errors of the library raise tessel.Error with
-number, source and description. See docs/python.md.
+Each class is a Python type (isinstance(r, tessel.cls_DrawRect)); tessel.DRAW is the calling
+thread's root object. Errors of the library raise tessel.Error with number, source and
+description, as subclasses that are also TypeError, ValueError or AttributeError where a Python
+user would expect those. See docs/python.md; tessel/__init__.pyi types every class.
 """
 
 from . import _tessel
 from ._tessel import (  # noqa: F401  (the public names of the package)
+    ArgumentError,
     ByRef,
     Class,
     Connection,
@@ -21,8 +25,12 @@ from ._tessel import (  # noqa: F401  (the public names of the package)
     Error,
     Member,
     Missing,
+    NoSuchMemberError,
     Null,
     Object,
+    ParameterError,
+    Property,
+    TypeMismatchError,
     invoke,
     set_message_box,
     set_terminate,
@@ -32,8 +40,9 @@ from ._tessel import (  # noqa: F401  (the public names of the package)
 class Enumeration:
     """An enumeration of the type library: its members as attributes with int values."""
 
-    def __init__(self, name, members):
+    def __init__(self, name, members, description=""):
         self.__name__ = name
+        self.__doc__ = description or f"The enumeration {name} of Tessel's type library."
         self.__members__ = dict(members)
         for member, value in self.__members__.items():
             setattr(self, member, value)
@@ -65,10 +74,10 @@ def _publish():
         # Global objects exist once per thread; they are looked up on each access (__getattr__).
         if not cls.is_global:
             names.setdefault(name, cls)
-    for name, members in _tessel.enums():
+    for name, members, description in _tessel.enums():
         if name in names:
             continue
-        names[name] = Enumeration(name, members)
+        names[name] = Enumeration(name, members, description)
         for member, value in members:
             # Member names are unique across enumerations; the first one wins otherwise.
             if member.startswith("ID_"):

@@ -2,8 +2,9 @@
 // (and, like any class registered after `import tessel`, found by the package by itself). It
 // covers the shapes of members that the Python host must handle and that the library's own
 // classes may not all have yet: properties with one and two parameters, a ByRef event, an event
-// with arguments, ByRef parameters, any error number through the error trap, and a member
-// named like the host's own `connect`.
+// with arguments, ByRef parameters, any error number through the error trap, a member named
+// like the host's own `connect`, a DELETE that releases what the object owns (no class of the
+// library has one yet), and one-line descriptions.
 #include <pybind11/pybind11.h>
 
 #include <tessel/core/TypeLib.h>
@@ -66,6 +67,15 @@ class cls_PyProbe final : public ObjectOf<cls_PyProbe> {
   std::u16string CONNECT(const Variant& pConnect) { return KIND(pConnect); }
   // Sets the thread's terminate request (see mdl_Err::TerminateRequested).
   void REQUESTTERMINATE(bool pFlag) { mdl_Err::TerminateRequested = pFlag; }
+  // Releases the object's store, as a wrapper frees its native handle; a second call fails (5).
+  void DELETE() {
+    trap("DELETE", [&] {
+      if (released_) raise(rt::InvalidCall);
+      items_.clear();
+      released_ = true;
+    });
+  }
+  bool RELEASED() const { return released_; }
 
   Event<int16_t&> KEY;
   Event<std::u16string, Variant> CHANGED;
@@ -78,6 +88,7 @@ class cls_PyProbe final : public ObjectOf<cls_PyProbe> {
   std::map<std::u16string, Variant> items_;
   float matrix_[9] = {};
   int32_t attempts_ = 0;
+  bool released_ = false;
 };
 
 const ClassInfo& cls_PyProbe::typeInfo() {
@@ -99,9 +110,15 @@ const ClassInfo& cls_PyProbe::typeInfo() {
       .method("REFCOUNT", &C::REFCOUNT, {"pObject"})
       .method("REQUESTTERMINATE", &C::REQUESTTERMINATE, {"pFlag"})
       .method("CONNECT", &C::CONNECT, {"pConnect"})
+      .method("DELETE", &C::DELETE)
+      .get("RELEASED", &C::RELEASED)
       .event("KEY", &C::KEY, {"KeyAscii"})
       .event("CHANGED", &C::CHANGED, {"pKey", "pValue"})
-      .defaultMember("ITEM");
+      .defaultMember("ITEM")
+      .describe("Test fixture of the Python host.")
+      .describe("SUM", "Adds three numbers.")
+      .describe("ATTEMPTS", "How often FAIL ran its body.")
+      .describe("CHANGED", "An item was assigned.");
   return info;
 }
 TESSEL_REGISTER_CLASS(cls_PyProbe)

@@ -1,0 +1,220 @@
+// Errors: tessel.Error and its classes, and the per-thread state of calls into the library.
+//
+// Python callbacks run inside library calls (an event raised by a property let, a dialog asked
+// by the error path). Their exceptions cannot travel through the library's own frames, so the
+// callback's exception is kept per thread and raised by the enclosing call once the library
+// has returned. SystemExit and KeyboardInterrupt unwind the library at once, as the
+// termination does.
+#include "host.h"
+
+#include <cstdio>
+#include <new>
+
+namespace tessel::python {
+
+PyObject* gErrorType = nullptr;
+
+namespace {
+
+// The classes of tessel.Error that also derive from the exception a Python user catches.
+PyObject* gTypeMismatchType = nullptr;  // 13, TypeError
+PyObject* gArgumentType = nullptr;      // the call does not fit the member (448, 449, 450), TypeError
+PyObject* gParameterType = nullptr;     // the other parameter errors, ValueError
+PyObject* gNoSuchMemberType = nullptr;  // 438, AttributeError
+
+struct ThreadState {
+  int depth = 0;              // library calls under way on this thread
+  PyObject* pending[3] = {};  // type, value, traceback of a callback's exception
+};
+thread_local ThreadState tState;
+
+void fetchNormalized(PyObject*& t, PyObject*& v, PyObject*& tb) {
+  PyErr_Fetch(&t, &v, &tb);
+  if (!t) return;
+  PyErr_NormalizeException(&t, &v, &tb);
+  if (tb && v) PyException_SetTraceback(v, tb);
+}
+
+// The library raises its own errors as object errors (0x80040000 | n): the low part tells
+// what they are.
+PyObject* errorTypeFor(int32_t number) {
+  const uint32_t u = static_cast<uint32_t>(number);
+  const int32_t n = (u & 0xFFFF0000u) == 0x80040000u ? static_cast<int32_t>(u & 0xFFFFu) : number;
+  switch (n) {
+    case rt::TypeMismatch:
+      return gTypeMismatchType;
+    case rt::NamedArgumentNotFound: case rt::ArgumentNotOptional: case rt::WrongArgumentCount:
+      return gArgumentType;
+    case rt::NoSuchMember:
+      return gNoSuchMemberType;
+    default:
+      // The parameter errors as the error handler classifies them.
+      return mdl_Err::IsParameterError(n) ? gParameterType : gErrorType;
+  }
+}
+
+PyObject* makeClass(const char* name, const char* doc, PyObject* builtin) {
+  PyObject* bases = PyTuple_Pack(2, gErrorType, builtin);
+  if (!bases) throw py::error_already_set();
+  PyObject* type = PyErr_NewExceptionWithDoc(name, doc, bases, nullptr);
+  Py_DECREF(bases);
+  if (!type) throw py::error_already_set();
+  return type;
+}
+
+}  // namespace
+
+void raiseError(const Error& e, PyObject* attribute, PyObject* obj, const char* message) {
+  PyObject* type = errorTypeFor(e.number());
+  PyObject* description = fromUtf8(e.description());
+  PyObject* source = fromUtf8(e.source());
+  PyObject* number = PyLong_FromLong(e.number());
+  PyObject* text = nullptr;
+  PyObject* inst = nullptr;
+  if (description && source && number) {
+    // Object errors read best in hexadecimal (0x8004000D), automation's own in decimal (438).
+    char num[16];
+    if (e.number() < 0) std::snprintf(num, sizeof num, "0x%08X", static_cast<unsigned>(e.number()));
+    else std::snprintf(num, sizeof num, "%d", static_cast<int>(e.number()));
+    text = message              ? PyUnicode_FromFormat("%s (error %s)", message, num)
+           : e.source().empty() ? PyUnicode_FromFormat("%U (error %s)", description, num)
+                                : PyUnicode_FromFormat("%U: %U (error %s)", source, description, num);
+  }
+  if (text) inst = PyObject_CallOneArg(type, text);
+  bool ok = inst && PyObject_SetAttrString(inst, "number", number) == 0 &&
+            PyObject_SetAttrString(inst, "source", source) == 0 &&
+            PyObject_SetAttrString(inst, "description", description) == 0;
+  // AttributeError's own fields, which its message suggestions read.
+  if (ok && attribute && PyErr_GivenExceptionMatches(type, PyExc_AttributeError))
+    ok = PyObject_SetAttrString(inst, "name", attribute) == 0 && PyObject_SetAttrString(inst, "obj", obj) == 0;
+  if (ok) PyErr_SetObject(type, inst);
+  Py_XDECREF(inst);
+  Py_XDECREF(text);
+  Py_XDECREF(number);
+  Py_XDECREF(source);
+  Py_XDECREF(description);
+}
+
+void raiseNoMember(PyObject* obj, PyObject* name, const ClassInfo& ci) {
+  const char* attribute = PyUnicode_AsUTF8(name);
+  if (!attribute) return;
+  std::string message = "'" + ci.name() + "' object has no member '" + attribute + "'";
+  raiseError(Error(rt::NoSuchMember, runtimeErrorText(rt::NoSuchMember)), name, obj, message.c_str());
+}
+
+CallScope::CallScope() {
+  for (int i = 0; i < 3; ++i) {
+    saved_[i] = tState.pending[i];
+    tState.pending[i] = nullptr;
+  }
+  ++tState.depth;
+}
+
+CallScope::~CallScope() = default;
+
+void CallScope::onError(const Error& e) { raiseError(e); }
+
+void CallScope::onTerminated() {
+  // A callback's exception (say, a terminate handler's own) takes the place of SystemExit.
+  if (tState.pending[0]) return;
+  PyObject* code = PyLong_FromLong(1);
+  PyErr_SetObject(PyExc_SystemExit, code);
+  Py_XDECREF(code);
+}
+
+void CallScope::onUnknown() {
+  try {
+    throw;
+  } catch (const std::bad_alloc&) {
+    PyErr_NoMemory();
+  } catch (const std::exception& e) {
+    PyErr_Format(PyExc_RuntimeError, "tessel: %s", e.what());
+  } catch (...) {
+    PyErr_SetString(PyExc_RuntimeError, "tessel: unknown failure");
+  }
+}
+
+PyObject* CallScope::finish(PyObject* result) {
+  --tState.depth;
+  if (tState.pending[0]) {
+    // The callback's exception is raised in the call's place; an error of the call itself
+    // becomes its context.
+    Py_XDECREF(result);
+    result = nullptr;
+    PyObject *t, *v, *tb;
+    fetchNormalized(t, v, tb);
+    if (v && v != tState.pending[1]) PyException_SetContext(tState.pending[1], v);
+    else Py_XDECREF(v);
+    Py_XDECREF(t);
+    Py_XDECREF(tb);
+    PyErr_Restore(tState.pending[0], tState.pending[1], tState.pending[2]);
+  }
+  for (int i = 0; i < 3; ++i) tState.pending[i] = saved_[i];
+  return result;
+}
+
+void stashCallbackError(const char* where) {
+  if (tState.depth == 0) {
+    PyObject* ctx = PyUnicode_FromString(where);
+    PyErr_WriteUnraisable(ctx);
+    Py_XDECREF(ctx);
+    return;
+  }
+  PyObject *t, *v, *tb;
+  fetchNormalized(t, v, tb);
+  if (!t) return;
+  const bool fatal = !PyErr_GivenExceptionMatches(t, PyExc_Exception);
+  if (!tState.pending[0]) {
+    tState.pending[0] = t, tState.pending[1] = v, tState.pending[2] = tb;
+  } else if (fatal) {
+    // Ending the program wins over an earlier callback's failure, which becomes its context.
+    PyException_SetContext(v, tState.pending[1]);
+    Py_XDECREF(tState.pending[0]);
+    Py_XDECREF(tState.pending[2]);
+    tState.pending[0] = t, tState.pending[1] = v, tState.pending[2] = tb;
+  } else {
+    PyErr_Restore(t, v, tb);
+    PyObject* ctx = PyUnicode_FromString(where);
+    PyErr_WriteUnraisable(ctx);
+    Py_XDECREF(ctx);
+  }
+  if (fatal) throw Terminated{};
+}
+
+
+void initErrors(py::module_& m) {
+  PyObject* dict = Py_BuildValue("{s:i,s:s,s:s}", "number", 0, "source", "", "description", "");
+  if (!dict) throw py::error_already_set();
+  gErrorType = PyErr_NewExceptionWithDoc(
+      "tessel.Error",
+      "A run-time error raised by Tessel.\n\n"
+      "number: the error number as a client sees it (an int, e.g. -2147217311 for 0x80040FA1)\n"
+      "source: where it was raised, \"module.procedure\" (\"cls_DrawRect.MOVECENTER\")\n"
+      "description: the library's text for it\n\n"
+      "Errors that a Python user would catch as built-in exceptions are raised as the subclasses\n"
+      "TypeMismatchError and ArgumentError (TypeError), ParameterError (ValueError) and\n"
+      "NoSuchMemberError (AttributeError).",
+      PyExc_Exception, dict);
+  Py_DECREF(dict);
+  if (!gErrorType) throw py::error_already_set();
+  gTypeMismatchType = makeClass("tessel.TypeMismatchError",
+                                "A value of the wrong type (error 13); also a TypeError.", PyExc_TypeError);
+  gArgumentType = makeClass("tessel.ArgumentError",
+                            "Arguments that do not fit the member: a named argument it does not have (448), a "
+                            "required one left out (449), too many (450). Also a TypeError.",
+                            PyExc_TypeError);
+  gParameterType = makeClass("tessel.ParameterError",
+                             "An invalid parameter value (errors 5, 6, 9, 11, 380, ...); also a ValueError.",
+                             PyExc_ValueError);
+  gNoSuchMemberType = makeClass("tessel.NoSuchMemberError",
+                                "The object has no such member (error 438); also an AttributeError.",
+                                PyExc_AttributeError);
+  // They live as long as the process; the module holds references of its own.
+  m.attr("Error") = py::reinterpret_borrow<py::object>(gErrorType);
+  m.attr("TypeMismatchError") = py::reinterpret_borrow<py::object>(gTypeMismatchType);
+  m.attr("ArgumentError") = py::reinterpret_borrow<py::object>(gArgumentType);
+  m.attr("ParameterError") = py::reinterpret_borrow<py::object>(gParameterType);
+  m.attr("NoSuchMemberError") = py::reinterpret_borrow<py::object>(gNoSuchMemberType);
+}
+
+}  // namespace tessel::python
