@@ -162,7 +162,6 @@ def parse_member(kind, rest, where):
         if not member.access or not typ:
             raise TableError(f"{where}: property {name} needs a type and get, let or set")
     elif kind == "field":
-        member.default = None
         if "=" in tail:
             raise TableError(f"{where}: fields start at their type's zero")
         if not typ:
@@ -247,10 +246,12 @@ class World:
         self.classes, self.enums = {}, {}
         for t in tables:
             for e in t.entities:
+                if e.kind == "module":  # no type, and may be spread over several tables
+                    continue
                 target = self.enums if e.kind == "enum" else self.classes
-                if e.kind != "module" and e.name in target:
+                if e.name in target:
                     raise TableError(f"{t.path}: {e.name} is defined twice")
-                target.setdefault(e.name, t)
+                target[e.name] = t
 
     def check_type(self, typ, table, where):
         if typ in SCALARS or typ in ("String", "Variant", "Object"):
@@ -471,9 +472,7 @@ def write_header(world, table):
              "#include <string>", "", "namespace tessel {", ""]
     forward = sorted(t for t in referenced_types(world, table) - own if world.is_class(t))
     enums = sorted(t for t in referenced_types(world, table) - own if world.is_enum(t))
-    for c in forward:
-        if not any(e.kind == "module" and e.name == c for t in [world.classes[c]] for e in t.entities):
-            lines.append(f"class {c};")
+    lines += [f"class {c};" for c in forward]
     for en in enums:
         lines.append(f"enum class {en} : int32_t;")
     if forward or enums:

@@ -10,7 +10,7 @@
 // Arguments are converted to the C++ parameter types by automation's rules; a conversion that
 // fails is reported through the member's own error trap (source "cls_DrawRect.MOVE"), as if
 // the member had converted the argument itself. Unknown members (438), named arguments that do
-// not exist (448), missing required arguments (449) and too many arguments (450) are the
+// not exist (448), missing required arguments (449) and too many arguments (450) are
 // automation's own errors and are raised as they are.
 #pragma once
 
