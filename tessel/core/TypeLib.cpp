@@ -44,16 +44,41 @@ Ref<Object> ClassInfo::create() const {
   return create_();
 }
 
-const MemberInfo* ClassInfo::find(std::string_view name) const noexcept {
-  char buf[64];
-  if (name.size() < sizeof buf) {
-    for (size_t i = 0; i < name.size(); ++i) {
-      char c = name[i];
-      buf[i] = (c >= 'A' && c <= 'Z') ? static_cast<char>(c + 32) : c;
-    }
-    auto it = index_.find(std::string_view(buf, name.size()));
-    return it == index_.end() ? nullptr : &members_[it->second];
+namespace {
+
+// FNV-1a over the ASCII-lower-cased name: no copy, no division.
+uint32_t foldedHash(std::string_view name) noexcept {
+  uint32_t h = 2166136261u;
+  for (char c : name) {
+    h ^= static_cast<unsigned char>((c >= 'A' && c <= 'Z') ? c + 32 : c);
+    h *= 16777619u;
   }
+  return h;
+}
+
+}  // namespace
+
+void ClassInfo::buildLookup() {
+  size_t size = 8;
+  while (size < members_.size() * 2) size *= 2;
+  lookup_.assign(size, -1);
+  for (size_t m = 0; m < members_.size(); ++m) {
+    size_t i = foldedHash(members_[m].name) & (size - 1);
+    while (lookup_[i] >= 0) i = (i + 1) & (size - 1);
+    lookup_[i] = static_cast<int32_t>(m);
+  }
+}
+
+const MemberInfo* ClassInfo::find(std::string_view name) const noexcept {
+  if (!lookup_.empty()) {
+    const size_t mask = lookup_.size() - 1;
+    for (size_t i = foldedHash(name) & mask;; i = (i + 1) & mask) {
+      const int32_t m = lookup_[i];
+      if (m < 0) return nullptr;
+      if (equalsIgnoreCase(members_[m].name, name)) return &members_[m];
+    }
+  }
+  // While the class is being built.
   auto it = index_.find(lowerKey(name));
   return it == index_.end() ? nullptr : &members_[it->second];
 }
@@ -71,6 +96,7 @@ void mergeModule(ClassInfo& into, const ClassInfo& part) {
     MemberInfo& slot = detail::slot(into.members_, into.index_, m.name);
     slot = m;
   }
+  into.buildLookup();
 }
 
 namespace TypeLib {

@@ -133,6 +133,10 @@ class ClassInfo {
     size_t operator()(std::string_view s) const noexcept { return std::hash<std::string_view>{}(s); }
   };
   std::unordered_map<std::string, size_t, NameHash, std::equal_to<>> index_;  // lower-case name -> member
+  // The lookup that late-bound calls use once the class is complete: open addressing over a
+  // power-of-two table of member indices (-1 free), hashed without regard to ASCII case.
+  std::vector<int32_t> lookup_;
+  void buildLookup();
   std::vector<EventInfo> events_;
   int default_ = -1;
 };
@@ -485,7 +489,10 @@ class ClassBuilder {
     return *this;
   }
 
-  operator ClassInfo() { return std::move(info_); }
+  operator ClassInfo() {
+    info_.buildLookup();
+    return std::move(info_);
+  }
 
  private:
   MemberInfo& slot(std::string_view name);
