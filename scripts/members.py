@@ -292,30 +292,42 @@ def cpp_param(world, p):
     return base
 
 
+WHOLE_RANGES = {"Byte": (0, 255), "Integer": (-32768, 32767), "Long": (-2**31, 2**31 - 1),
+                "LongLong": (-2**63, 2**63 - 1)}
+
+
 def cpp_literal(world, p, where):
-    """The C++ expression of a parameter's default, the same for the typed and late-bound call."""
+    """The C++ expression of a parameter's default, the same for the typed and late-bound call.
+    A literal the parameter's type cannot hold as it is (3.5 for a Long, 300 for a Byte, a
+    number for a Boolean) is refused, so that both calls can only agree."""
     if p.default is None:
         return "Variant::missing()" if p.type == "Variant" else "{}"
-    d = p.default
-    if p.type == "String" or (p.type == "Variant" and d.startswith('"')):
-        if not (d.startswith('"') and d.endswith('"')):
-            raise TableError(f"{where}: {p.name} needs a quoted text")
-        lit = "u" + d
-        return f"std::u16string({lit})" if p.type == "String" else f"Variant(std::u16string({lit}))"
-    if d in ("True", "False"):
+    d, t = p.default, p.type
+    wrong = TableError(f"{where}: {d!r} is no default for {p.name} of type {t}")
+    quoted = d.startswith('"') and d.endswith('"') and len(d) >= 2
+    whole = re.fullmatch(r'-?\d+', d)
+    decimal = re.fullmatch(r'-?(\d+\.\d*|\d*\.\d+)(e-?\d+)?', d)
+    if t in ("String", "Variant") and quoted:
+        lit = f"std::u16string(u{d})"
+        return lit if t == "String" else f"Variant({lit})"
+    if t in ("Boolean", "Variant") and d in ("True", "False"):
         lit = "true" if d == "True" else "false"
-        return lit if p.type != "Variant" else f"Variant({lit})"
-    if world.is_enum(p.type):
-        return f"{p.type}::{d}"
-    if re.fullmatch(r'-?\d+', d):
-        if p.type == "Variant":
-            return f"Variant(int32_t({d}))"
-        return f"{cpp_value(world, p.type)}({d})"
-    if re.fullmatch(r'-?\d*\.\d+(e-?\d+)?', d):
-        if p.type == "Variant":
-            return f"Variant({d})"
-        return f"{cpp_value(world, p.type)}({d})"
-    raise TableError(f"{where}: cannot use {d!r} as a default of {p.type}")
+        return lit if t == "Boolean" else f"Variant({lit})"
+    if t == "Variant" and (whole or decimal):
+        return f"Variant(int32_t({d}))" if whole else f"Variant({d})"
+    if t in WHOLE_RANGES and whole:
+        lo, hi = WHOLE_RANGES[t]
+        if not lo <= int(d) <= hi:
+            raise wrong
+        return f"{cpp_value(world, t)}({d})"
+    if t in ("Single", "Double") and (whole or decimal):
+        return f"{cpp_value(world, t)}({d})"
+    if world.is_enum(t):
+        owner = world.enums[t]
+        values = next(e.members for e in owner.entities if e.kind == "enum" and e.name == t)
+        if d in (name for name, _, _ in values):
+            return f"{t}::{d}"
+    raise wrong
 
 
 def cpp_result(world, typ):

@@ -7,8 +7,11 @@
 // termination does.
 #include "host.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <new>
+#include <string_view>
+#include <vector>
 
 namespace tessel::python {
 
@@ -95,10 +98,46 @@ void raiseError(const Error& e, PyObject* attribute, PyObject* obj, const char* 
   Py_XDECREF(description);
 }
 
+namespace {
+
+// Edit distance without regard to ASCII case, capped: names further apart are no suggestion.
+size_t distance(std::string_view a, std::string_view b, size_t cap) {
+  if (a.size() > b.size() + cap || b.size() > a.size() + cap) return cap + 1;
+  auto fold = [](char c) { return (c >= 'A' && c <= 'Z') ? static_cast<char>(c + 32) : c; };
+  std::vector<size_t> row(b.size() + 1);
+  for (size_t j = 0; j <= b.size(); ++j) row[j] = j;
+  for (size_t i = 1; i <= a.size(); ++i) {
+    size_t diagonal = row[0];
+    row[0] = i;
+    for (size_t j = 1; j <= b.size(); ++j) {
+      const size_t up = row[j];
+      row[j] = std::min({row[j] + 1, row[j - 1] + 1, diagonal + (fold(a[i - 1]) == fold(b[j - 1]) ? 0 : 1)});
+      diagonal = up;
+    }
+  }
+  return row[b.size()];
+}
+
+// The member spelled most like `name`, as Python suggests for its own attributes (a subclass
+// of AttributeError gets no suggestion from the interpreter, so the message carries it).
+std::string closestMember(const ClassInfo& ci, std::string_view name) {
+  const size_t cap = std::max<size_t>(1, name.size() / 3);
+  std::string best;
+  size_t bestDistance = cap + 1;
+  for (const MemberInfo& m : ci.members()) {
+    const size_t d = distance(name, m.name, cap);
+    if (d < bestDistance) bestDistance = d, best = m.name;
+  }
+  return best;
+}
+
+}  // namespace
+
 void raiseNoMember(PyObject* obj, PyObject* name, const ClassInfo& ci) {
   const char* attribute = PyUnicode_AsUTF8(name);
   if (!attribute) return;
   std::string message = "'" + ci.name() + "' object has no member '" + attribute + "'";
+  if (std::string like = closestMember(ci, attribute); !like.empty()) message += ". Did you mean: '" + like + "'?";
   raiseError(Error(rt::NoSuchMember, runtimeErrorText(rt::NoSuchMember)), name, obj, message.c_str());
 }
 

@@ -45,11 +45,14 @@ def test_assignment_lets_values_and_sets_objects(rect):
     assert e.value.number == 438
     with pytest.raises(TypeError):
         del rect.X
-    with pytest.raises(AttributeError):
+    with pytest.raises(AttributeError) as e:
         rect.NOSUCH
+    assert "Did you mean" not in str(e.value)  # nothing is spelled like it
     with pytest.raises(AttributeError):
         rect.NOSUCH = 1
     assert not hasattr(rect, "NOSUCH")
+    with pytest.raises(AttributeError, match="Did you mean: 'MOVEBY'"):
+        rect.moveByy(1, 1)
 
 
 def test_properties_with_parameters(probe):
