@@ -171,16 +171,18 @@ int32_t Variant::toLong() const {
   return static_cast<int32_t>(roundToWhole(numberOrRaise(), -2147483648.0, 2147483647.0));
 }
 
+// Automation's Single and Double hold finite numbers only: infinity and NaN (which a host
+// program can hand in) are an overflow, like a value beyond the range.
 float Variant::toSingle() const {
-  if (t_ == VarType::Single) return n_.f;
-  double d = numberOrRaise();
-  if (std::isfinite(d) && std::fabs(d) > FLT_MAX) raise(rt::Overflow);
+  const double d = t_ == VarType::Single ? n_.f : numberOrRaise();
+  if (!std::isfinite(d) || std::fabs(d) > FLT_MAX) raise(rt::Overflow);
   return narrowToSingle(d);
 }
 
 double Variant::toDouble() const {
-  if (t_ == VarType::Double) return n_.d;
-  return numberOrRaise();
+  const double d = t_ == VarType::Double ? n_.d : numberOrRaise();
+  if (!std::isfinite(d)) raise(rt::Overflow);
+  return d;
 }
 
 std::u16string Variant::toString() const {

@@ -50,15 +50,19 @@ float cls_DrawRect::hY2() const { return checkedSingle(static_cast<double>(y_) +
 float cls_DrawRect::hXC() const { return checkedSingle((static_cast<double>(hX2()) + x_) / 2); }
 float cls_DrawRect::hYC() const { return checkedSingle((static_cast<double>(hY2()) + y_) / 2); }
 
+// A bound is active while it is a number greater than 0: one that C++ code set to infinity or
+// NaN (the late-bound let refuses them) must not block every later size.
+static bool hActive(float bound) { return bound > 0 && std::isfinite(bound); }
+
 float cls_DrawRect::hClampW(float v) const {
-  if (WMIN > 0 && v < WMIN) v = WMIN;
-  if (WMAX > 0 && v > WMAX) v = WMAX;
+  if (hActive(WMIN) && v < WMIN) v = WMIN;
+  if (hActive(WMAX) && v > WMAX) v = WMAX;
   return checkedSingle(v);
 }
 
 float cls_DrawRect::hClampH(float v) const {
-  if (HMIN > 0 && v < HMIN) v = HMIN;
-  if (HMAX > 0 && v > HMAX) v = HMAX;
+  if (hActive(HMIN) && v < HMIN) v = HMIN;
+  if (hActive(HMAX) && v > HMAX) v = HMAX;
   return checkedSingle(v);
 }
 

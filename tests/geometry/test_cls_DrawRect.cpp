@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <limits>
 
 #include "geometry/GeometryTesting.h"
@@ -183,6 +184,26 @@ TEST(cls_DrawRect, FailuresLeaveTheRectangleAlone) {
   e = raisedBy([&] { Invoke(r.get(), "X", InvokeKind::Let, {Variant(u"1e39")}); });
   EXPECT_EQ(e.number(), kOverflow);
   EXPECT_EQ(e.source(), "cls_DrawRect.X.LET");
+}
+
+// The bounds take what a Single holds, nothing else; a bound that C++ code sets to a value the
+// lets refuse does not block later sizes.
+TEST(cls_DrawRect, BoundsRefuseWhatASingleCannotHold) {
+  auto r = rect(0, 0, 5, 5);
+  const float inf = std::numeric_limits<float>::infinity();
+  for (const char* bound : {"WMIN", "WMAX", "HMIN", "HMAX"}) {
+    for (Variant bad : {Variant(std::nan("")), Variant(inf), Variant(-inf), Variant(1e39), Variant(u"1e39")}) {
+      Error e = raisedBy([&] { Invoke(r.get(), bound, InvokeKind::Let, {bad}); });
+      EXPECT_EQ(e.number(), kOverflow) << bound;
+      EXPECT_EQ(e.source(), std::string("cls_DrawRect.") + bound + ".LET");
+    }
+  }
+  EXPECT_EQ(r->WMIN, 0);
+  r->WMIN = inf;
+  r->HMAX = std::nanf("");
+  r->W(7);
+  r->H(8);
+  EXPECT_EQ(dims(r), "0,0,7,8");
 }
 
 TEST(cls_DrawRect, TypeLibraryEntry) {
