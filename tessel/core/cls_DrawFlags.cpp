@@ -2,6 +2,8 @@
 
 #include <tessel/core/Text.h>
 
+#include <algorithm>
+
 namespace tessel {
 
 size_t cls_DrawFlags::find(const std::u16string& key) const noexcept {
@@ -17,9 +19,25 @@ Variant cls_DrawFlags::FLAG(Call, const std::u16string& pKey, const Variant& pDe
   return pDefault.isMissing() ? Variant() : pDefault;
 }
 
+// Whether this collection holds `target`, directly or through collections it holds.
+bool cls_DrawFlags::hReaches(const cls_DrawFlags* target) const {
+  std::vector<const cls_DrawFlags*> pending{this}, seen;
+  while (!pending.empty()) {
+    const cls_DrawFlags* f = pending.back();
+    pending.pop_back();
+    if (f == target) return true;
+    if (std::find(seen.begin(), seen.end(), f) != seen.end()) continue;
+    seen.push_back(f);
+    for (const Entry& e : f->entries_)
+      if (auto* inner = dynamic_cast<const cls_DrawFlags*>(e.second.obj())) pending.push_back(inner);
+  }
+  return false;
+}
+
 Ref<cls_DrawFlags> cls_DrawFlags::SETFLAG(Call, const std::u16string& pKey, const Variant& pValue) {
-  // Holding itself would keep the collection alive for ever.
-  if (pValue.obj() == this) raise(rt::InvalidCall);
+  // Holding itself, directly or through another collection, would keep it alive for ever.
+  if (auto* other = dynamic_cast<const cls_DrawFlags*>(pValue.obj()); other && other->hReaches(this))
+    raise(rt::InvalidCall);
   Variant value = pValue.isMissing() ? Variant() : pValue;
   const size_t k = find(pKey);
   if (k == npos) entries_.emplace_back(pKey, std::move(value));

@@ -22,6 +22,7 @@ class cls_DrawFlags final : public ObjectOf<cls_DrawFlags> {
   using Entry = std::pair<std::u16string, Variant>;
   static constexpr size_t npos = static_cast<size_t>(-1);
   size_t find(const std::u16string& key) const noexcept;
+  bool hReaches(const cls_DrawFlags* target) const;
 
   std::vector<Entry> entries_;
 };

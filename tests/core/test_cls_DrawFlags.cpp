@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include "TestSupport.h"
 #include "core/ErrorCapture.h"
 
 using namespace tessel;
@@ -58,6 +59,17 @@ TEST(Flags, HoldsObjectsButNotItself) {
   }
   EXPECT_EQ(flags->refCount(), 1);
   EXPECT_FALSE(flags->EXISTS(u"me"));
+
+  // Nor through others: a → b → c, and c may not take a. Shared parts are no cycle.
+  auto b = make<cls_DrawFlags>(), c = make<cls_DrawFlags>();
+  flags->SETFLAG(u"b", Variant(b))->SETFLAG(u"c", Variant(c));
+  b->SETFLAG(u"c", Variant(c));
+  EXPECT_EQ(raisedNumber([&] { c->SETFLAG(u"a", Variant(flags)); }), objectError(5));
+  EXPECT_EQ(raisedNumber([&] { b->SETFLAG(u"a", Variant(flags)); }), objectError(5));
+  EXPECT_EQ(c->count(), 0);
+  flags = nullptr;  // nothing holds a: it goes, and lets go of b and c
+  EXPECT_EQ(b->refCount(), 1);
+  EXPECT_EQ(c->refCount(), 2);
 }
 
 TEST(Flags, LateBoundWithTheKeyedReadAsDefaultMember) {
