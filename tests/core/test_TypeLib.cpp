@@ -90,7 +90,7 @@ TEST(TypeLib, DefaultsMissingAndNamedArguments) {
   EXPECT_TRUE(call(p.get(), "ECHO").isMissing());
 }
 
-TEST(TypeLib, HostErrorsAreRaisedAsTheyAre) {
+TEST(TypeLib, AutomationErrorsAreRaisedAsTheyAreAndNameTheMember) {
   auto p = make<cls_Probe>();
   EXPECT_EQ(raisedNumber([&] { call(p.get(), "NOSUCH"); }), 438);
   EXPECT_EQ(raisedNumber([&] { call(p.get(), "SUM"); }), 449);
@@ -99,6 +99,23 @@ TEST(TypeLib, HostErrorsAreRaisedAsTheyAre) {
   EXPECT_EQ(raisedNumber([&] { call(p.get(), "SUM", {1}, {{"pZ", 1}}); }), 448);
   EXPECT_EQ(raisedNumber([&] { call(nullptr, "SUM", {1}); }), 91);
   EXPECT_EQ(raisedNumber([&] { ConnectEvent(*p, "NOEVENT", [](std::span<Variant>) {}); }), 438);
+
+  // Each names the member as its source and what is wrong in its text.
+  auto where = [&](auto f) {
+    Error e = raisedBy(f);
+    return e.source() + " | " + e.description();
+  };
+  EXPECT_EQ(where([&] { call(p.get(), "NOSUCH"); }),
+            "cls_Probe.NOSUCH | Objekt unterstützt diese Eigenschaft oder Methode nicht: NOSUCH");
+  EXPECT_EQ(where([&] { call(p.get(), "SUM", {Variant::missing()}); }), "cls_Probe.SUM | Argument ist nicht optional: pA");
+  EXPECT_EQ(where([&] { call(p.get(), "SUM", {1}, {{"pZ", 1}}); }), "cls_Probe.SUM | Benanntes Argument nicht gefunden: pZ");
+  EXPECT_EQ(where([&] { call(p.get(), "SUM", {1, 2, 3, 4}); }),
+            "cls_Probe.SUM | Falsche Anzahl an Argumenten oder ungültige Zuweisung zu einer Eigenschaft: 4 Argumente, "
+            "höchstens 3");
+  EXPECT_EQ(where([&] { call(p.get(), "VALUE", {1}, {}, InvokeKind::Let); }),
+            "cls_Probe.VALUE | Objekt unterstützt diese Eigenschaft oder Methode nicht: keine Zuweisung eines Wertes");
+  EXPECT_EQ(where([&] { ConnectEvent(*p, "NOEVENT", [](std::span<Variant>) {}); }),
+            "cls_Probe.NOEVENT | Objekt unterstützt diese Eigenschaft oder Methode nicht: kein Ereignis NOEVENT");
 }
 
 TEST(TypeLib, ArgumentConversionFailsUnderTheMembersSource) {
