@@ -45,15 +45,22 @@ sanitize: setup
 	cmake --build $(SAN_BUILD) -j $(JOBS)
 	cd $(SAN_BUILD) && ASAN_OPTIONS=detect_leaks=1 LSAN_OPTIONS=suppressions=$(CURDIR)/scripts/lsan.supp UBSAN_OPTIONS=print_stacktrace=1 ctest --output-on-failure -j $(JOBS)
 
-# Fuzzes the text parsers for FUZZ_TIME seconds with clang's libFuzzer; fails on any finding.
-FUZZ_BUILD ?= build-fuzz
-FUZZ_TIME  ?= 60
+# Fuzzes every parser (fuzz/fuzz_*.cpp) with clang's libFuzzer, FUZZ_TIME seconds shared among
+# the targets; fails on any finding. A target's dictionary is fuzz/<name>.dict, when there is one.
+FUZZ_BUILD   ?= build-fuzz
+FUZZ_TIME    ?= 60
+FUZZ_TARGETS := $(patsubst fuzz/fuzz_%.cpp,%,$(wildcard fuzz/fuzz_*.cpp))
 fuzz: setup
 	cmake -S fuzz -B $(FUZZ_BUILD) -G Ninja -DCMAKE_CXX_COMPILER=clang++ -DCMAKE_BUILD_TYPE=RelWithDebInfo
 	cmake --build $(FUZZ_BUILD) -j $(JOBS)
-	@mkdir -p $(FUZZ_BUILD)/corpus/paradecode
-	cd $(FUZZ_BUILD) && env -u DISPLAY ./fuzz_paradecode -max_total_time=$(FUZZ_TIME) -timeout=10 \
-	  -dict=$(CURDIR)/fuzz/paradecode.dict -print_final_stats=1 corpus/paradecode
+	@share=$$(( $(FUZZ_TIME) / $(words $(FUZZ_TARGETS)) )); [ $$share -ge 1 ] || share=1; \
+	for t in $(FUZZ_TARGETS); do \
+	  mkdir -p $(FUZZ_BUILD)/corpus/$$t; \
+	  dict=; [ -f fuzz/$$t.dict ] && dict=-dict=$(CURDIR)/fuzz/$$t.dict; \
+	  echo "fuzz_$$t for $$share s"; \
+	  (cd $(FUZZ_BUILD) && env -u DISPLAY ./fuzz_$$t -max_total_time=$$share -timeout=10 $$dict \
+	    -print_final_stats=1 corpus/$$t) || exit 1; \
+	done
 
 # Refreshes docs/reference from the member tables (a test fails while they differ).
 reference: build
