@@ -45,8 +45,9 @@ sanitize: setup
 	cmake --build $(SAN_BUILD) -j $(JOBS)
 	cd $(SAN_BUILD) && ASAN_OPTIONS=detect_leaks=1 LSAN_OPTIONS=suppressions=$(CURDIR)/scripts/lsan.supp UBSAN_OPTIONS=print_stacktrace=1 ctest --output-on-failure -j $(JOBS)
 
-# The threading tests under ThreadSanitizer: the C++ ones, then the Python ones in an interpreter
-# that has the sanitizer's runtime preloaded (it must be loaded first, with the libstdc++ it uses).
+# The threading tests under ThreadSanitizer: the C++ ones, ten seconds of the soak's threads, then
+# the Python ones in an interpreter that has the sanitizer's runtime preloaded (it must be loaded
+# first, with the libstdc++ it uses).
 TSAN_BUILD ?= build-tsan
 TSAN_FLAGS := -fsanitize=thread -fno-omit-frame-pointer
 TSAN_PRELOAD = $(shell gcc -print-file-name=libtsan.so) $(shell gcc -print-file-name=libstdc++.so)
@@ -55,8 +56,10 @@ tsan: setup
 	cmake -S . -B $(TSAN_BUILD) -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo -DTESSEL_BUILD_BENCH=OFF \
 	  -DPython_EXECUTABLE=$(PYTHON) -DCMAKE_CXX_FLAGS="$(TSAN_FLAGS)" -DCMAKE_EXE_LINKER_FLAGS="$(TSAN_FLAGS)" \
 	  -DCMAKE_SHARED_LINKER_FLAGS="$(TSAN_FLAGS)" -DCMAKE_MODULE_LINKER_FLAGS="$(TSAN_FLAGS)"
-	cmake --build $(TSAN_BUILD) -j $(JOBS) --target tests_root _tessel _tessel_testprobe
+	cmake --build $(TSAN_BUILD) -j $(JOBS) --target tests_root tessel-soak _tessel _tessel_testprobe
 	env -u DISPLAY TSAN_OPTIONS="$(TSAN_OPTIONS_RUN)" $(TSAN_BUILD)/tests/tests_root --gtest_filter='Threads.*:Global.*'
+	env -u DISPLAY TSAN_OPTIONS="$(TSAN_OPTIONS_RUN)" SOAK_CYCLES=2000 SOAK_ERRORS=2000 SOAK_SECONDS=10 \
+	  $(TSAN_BUILD)/bin/tessel-soak
 	env -u DISPLAY TSAN_OPTIONS="$(TSAN_OPTIONS_RUN)" LD_PRELOAD="$(TSAN_PRELOAD)" PYTHONPATH=$(TSAN_BUILD)/python \
 	  $(PYTHON) -m pytest -q -p no:cacheprovider tests/python/test_threads.py tests/python/test_objects.py
 
