@@ -5,7 +5,7 @@ PYTHON  ?= /usr/bin/python3
 JOBS    ?= $(shell nproc)
 CMAKE_FLAGS ?= -DCMAKE_BUILD_TYPE=RelWithDebInfo -DPython_EXECUTABLE=$(PYTHON)
 
-.PHONY: all setup configure build test test-cpp test-python demo bench fuzz install clean reference sanitize
+.PHONY: all setup configure build test test-cpp test-python demo bench fuzz install clean reference sanitize tsan soak
 
 all: build
 
@@ -45,6 +45,29 @@ sanitize: setup
 	cmake --build $(SAN_BUILD) -j $(JOBS)
 	cd $(SAN_BUILD) && ASAN_OPTIONS=detect_leaks=1 LSAN_OPTIONS=suppressions=$(CURDIR)/scripts/lsan.supp UBSAN_OPTIONS=print_stacktrace=1 ctest --output-on-failure -j $(JOBS)
 
+# The threading tests under ThreadSanitizer: the C++ ones, ten seconds of the soak's threads, then
+# the Python ones in an interpreter that has the sanitizer's runtime preloaded (it must be loaded
+# first, with the libstdc++ it uses).
+TSAN_BUILD ?= build-tsan
+TSAN_FLAGS := -fsanitize=thread -fno-omit-frame-pointer
+TSAN_PRELOAD = $(shell gcc -print-file-name=libtsan.so) $(shell gcc -print-file-name=libstdc++.so)
+TSAN_OPTIONS_RUN := halt_on_error=1 second_deadlock_stack=1 suppressions=$(CURDIR)/scripts/tsan.supp
+tsan: setup
+	cmake -S . -B $(TSAN_BUILD) -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo -DTESSEL_BUILD_BENCH=OFF \
+	  -DPython_EXECUTABLE=$(PYTHON) -DCMAKE_CXX_FLAGS="$(TSAN_FLAGS)" -DCMAKE_EXE_LINKER_FLAGS="$(TSAN_FLAGS)" \
+	  -DCMAKE_SHARED_LINKER_FLAGS="$(TSAN_FLAGS)" -DCMAKE_MODULE_LINKER_FLAGS="$(TSAN_FLAGS)"
+	cmake --build $(TSAN_BUILD) -j $(JOBS) --target tests_root tessel-soak _tessel _tessel_testprobe
+	env -u DISPLAY TSAN_OPTIONS="$(TSAN_OPTIONS_RUN)" $(TSAN_BUILD)/tests/tests_root --gtest_filter='Threads.*:Global.*'
+	env -u DISPLAY TSAN_OPTIONS="$(TSAN_OPTIONS_RUN)" SOAK_CYCLES=2000 SOAK_ERRORS=2000 SOAK_SECONDS=10 \
+	  $(TSAN_BUILD)/bin/tessel-soak
+	env -u DISPLAY TSAN_OPTIONS="$(TSAN_OPTIONS_RUN)" LD_PRELOAD="$(TSAN_PRELOAD)" PYTHONPATH=$(TSAN_BUILD)/python \
+	  $(PYTHON) -m pytest -q -p no:cacheprovider tests/python/test_threads.py tests/python/test_objects.py
+
+# Long runs that must leave nothing behind (apps/soak.cpp): every class created, used and dropped,
+# failing calls, eight threads for SOAK_SECONDS; fails when memory or native handles grow.
+soak: build
+	env -u DISPLAY $(BUILD)/bin/tessel-soak
+
 # Fuzzes every parser (fuzz/fuzz_*.cpp) with clang's libFuzzer, FUZZ_TIME seconds shared among
 # the targets; fails on any finding. A target's dictionary is fuzz/<name>.dict, when there is one.
 FUZZ_BUILD   ?= build-fuzz
@@ -70,4 +93,4 @@ install: build
 	cmake --install $(BUILD)
 
 clean:
-	rm -rf $(BUILD) $(FUZZ_BUILD) $(SAN_BUILD) out
+	rm -rf $(BUILD) $(FUZZ_BUILD) $(SAN_BUILD) $(TSAN_BUILD) out

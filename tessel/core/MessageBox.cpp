@@ -13,7 +13,13 @@ namespace tessel {
 
 namespace {
 
+// The seams are process-wide and may be replaced while other threads ask through them: a call
+// copies the handler under the lock and runs the copy outside it. The handlers themselves are
+// not serialized (an answerer may wait for a lock that the thread replacing it holds, such as
+// Python's), so a host's answerer must expect calls from any thread.
 std::mutex gHandlerLock;
+// GTK is not thread-safe: one built-in dialog at a time, whichever thread asks.
+std::mutex gDialogLock;
 MessageBoxHandler& handlerSlot() {
   static MessageBoxHandler h;
   return h;
@@ -104,7 +110,10 @@ MsgResult MsgBox(const MsgBoxRequest& request) {
     h = handlerSlot();
   }
   if (h) return h(request);
-  if (gtkReady()) return gtkMessageBox(request);
+  if (gtkReady()) {
+    std::lock_guard lock(gDialogLock);
+    return gtkMessageBox(request);
+  }
   std::fprintf(stderr, "%s: %s\n", request.title.empty() ? kApplicationName : request.title.c_str(),
                request.prompt.c_str());
   return defaultAnswer(request);

@@ -2,11 +2,16 @@
 //
 // Rules, written once:
 // - An object is destroyed when its last Ref goes; a null Ref is Nothing.
-// - Objects live on one thread (the one that uses them); counts are not atomic.
+// - An object may be handed to another thread and used and dropped there. It is not for use
+//   from two threads at once: whoever shares one serializes the calls with a lock of its own
+//   (Python's interpreter lock does so for scripts). The count alone is atomic, because
+//   references go away where the caller does not see it: a thread's root object and global
+//   objects are released when the thread ends, while another thread may still hold them.
 // - An owner holds its parts by Ref; anything that only observes (event listeners, caches
 //   that point back) holds a raw pointer or a Connection, never a Ref, so no cycle forms.
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <string_view>
 #include <type_traits>
@@ -23,18 +28,20 @@ class Object {
   Object& operator=(const Object&) = delete;
   virtual ~Object() = default;
 
-  void addRef() const noexcept { ++refs_; }
+  // As shared_ptr counts: a new reference needs no ordering; the last release must see every
+  // write that other threads made before they let go, so the destructor runs after them.
+  void addRef() const noexcept { refs_.fetch_add(1, std::memory_order_relaxed); }
   void release() const noexcept {
-    if (--refs_ == 0) delete this;
+    if (refs_.fetch_sub(1, std::memory_order_acq_rel) == 1) delete this;
   }
-  int32_t refCount() const noexcept { return refs_; }
+  int32_t refCount() const noexcept { return refs_.load(std::memory_order_relaxed); }
 
   // The class as the type library knows it; its name is the run-time type name.
   virtual const ClassInfo& classInfo() const noexcept = 0;
   std::string_view typeName() const noexcept;
 
  private:
-  mutable int32_t refs_ = 0;
+  mutable std::atomic<int32_t> refs_{0};
 };
 
 template <class T>

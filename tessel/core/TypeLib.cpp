@@ -4,6 +4,8 @@
 
 #include <deque>
 #include <map>
+#include <mutex>
+#include <shared_mutex>
 #include <stdexcept>
 
 namespace tessel {
@@ -14,9 +16,18 @@ namespace {
 
 std::string lowerKey(std::string_view name) { return toLowerAscii(name); }
 
+// Filled while libraries load, which may be on any thread and while other threads look
+// classes up (a library loaded later registers its classes then). Entries are never removed
+// and a published ClassInfo never changes, so a pointer read under the lock stays good after it.
 struct Registry {
+  std::shared_mutex lock;
   std::map<std::string, const ClassInfo*> classes;  // lower-case name
-  std::vector<EnumInfo> enums;
+  std::deque<ClassInfo> merged;                     // modules spread over several tables
+  // Every list of enumerations ever published, and the current one. A registration publishes
+  // a new list and keeps the old: a list handed out stays valid and unchanged. Enumerations
+  // are few and registered once, so the copies cost nothing worth saving.
+  std::deque<std::vector<EnumInfo>> enumLists{1};
+  std::atomic<const std::vector<EnumInfo>*> enums{&enumLists.front()};
 };
 Registry& registry() {
   static Registry r;
@@ -102,33 +113,46 @@ void mergeModule(ClassInfo& into, const ClassInfo& part) {
 namespace TypeLib {
 
 void add(const ClassInfo& info) {
-  const ClassInfo*& entry = registry().classes[lowerKey(info.name())];
+  Registry& r = registry();
+  std::unique_lock lock(r.lock);
+  const ClassInfo*& entry = r.classes[lowerKey(info.name())];
   if (!entry) {
     entry = &info;
     return;
   }
   if (!entry->isGlobal() || !info.isGlobal())
     throw std::logic_error("the type library has two classes named " + info.name());
-  static std::deque<ClassInfo> merged;  // stable addresses
-  merged.push_back(*entry);
-  mergeModule(merged.back(), info);
-  entry = &merged.back();
+  // A new entry, complete before it is published: readers may still hold the old one.
+  r.merged.push_back(*entry);
+  mergeModule(r.merged.back(), info);
+  entry = &r.merged.back();
 }
-void addEnum(EnumInfo info) { registry().enums.push_back(std::move(info)); }
+void addEnum(EnumInfo info) {
+  Registry& r = registry();
+  std::unique_lock lock(r.lock);
+  std::vector<EnumInfo> next = r.enumLists.back();
+  next.push_back(std::move(info));
+  r.enumLists.push_back(std::move(next));
+  r.enums.store(&r.enumLists.back(), std::memory_order_release);
+}
 
 const ClassInfo* findClass(std::string_view name) noexcept {
-  auto& c = registry().classes;
-  auto it = c.find(lowerKey(name));
-  return it == c.end() ? nullptr : it->second;
+  Registry& r = registry();
+  const std::string key = lowerKey(name);
+  std::shared_lock lock(r.lock);
+  auto it = r.classes.find(key);
+  return it == r.classes.end() ? nullptr : it->second;
 }
 
 std::vector<const ClassInfo*> classes() {
+  Registry& r = registry();
+  std::shared_lock lock(r.lock);
   std::vector<const ClassInfo*> out;
-  for (auto& [k, v] : registry().classes) out.push_back(v);
+  for (auto& [k, v] : r.classes) out.push_back(v);
   return out;
 }
 
-const std::vector<EnumInfo>& enums() { return registry().enums; }
+const std::vector<EnumInfo>& enums() { return *registry().enums.load(std::memory_order_acquire); }
 
 }  // namespace TypeLib
 

@@ -141,13 +141,14 @@ class ClassInfo {
   int default_ = -1;
 };
 
-// The registry of classes and enumerations, filled while the library loads.
+// The registry of classes and enumerations, filled while libraries load. Safe from any thread;
+// the entries it hands out live as long as the process and do not change.
 namespace TypeLib {
 void add(const ClassInfo& info);
 void addEnum(EnumInfo info);
 const ClassInfo* findClass(std::string_view name) noexcept;  // any case
 std::vector<const ClassInfo*> classes();
-const std::vector<EnumInfo>& enums();
+const std::vector<EnumInfo>& enums();  // as registered so far; a later one does not change it
 }  // namespace TypeLib
 
 struct NamedArg {

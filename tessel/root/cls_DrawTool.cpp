@@ -4,13 +4,19 @@
 #include <tessel/core/MessageBox.h>
 #include <tessel/core/Root.h>
 
+#include <atomic>
 #include <limits>
+#include <mutex>
 
 namespace tessel {
 
 namespace {
 
-cls_DrawTool::StartupFn gStartup = &mdl_GDIPlus::GdiplusStartup;
+std::atomic<cls_DrawTool::StartupFn> gStartup{&mdl_GDIPlus::GdiplusStartup};
+
+// Every thread's root starts the platform, and libgdiplus keeps its start-up state in plain
+// globals: one start-up at a time.
+std::mutex gStartupLock;
 
 // The factories that lower layers reach through the root seam.
 template <class F, Ref<F> (cls_DrawTool::*Read)() const>
@@ -24,7 +30,9 @@ bool fillSeam() {
 
 }  // namespace
 
-void cls_DrawTool::setStartupFunction(StartupFn fn) { gStartup = fn ? fn : &mdl_GDIPlus::GdiplusStartup; }
+void cls_DrawTool::setStartupFunction(StartupFn fn) {
+  gStartup.store(fn ? fn : &mdl_GDIPlus::GdiplusStartup, std::memory_order_relaxed);
+}
 
 Ref<cls_DrawToolColor> cls_DrawTool::COLOR(Get) const { return hFactory(color_); }
 
@@ -45,7 +53,11 @@ enm_Draw_Status cls_DrawTool::StartUpGDIPlus(uint32_t version) {
   return trap("StartUpGDIPlus", [&] {
     mdl_GDIPlus::GdiplusStartupInput input;
     input.GdiplusVersion = version;
-    enm_Draw_Status status = gStartup(&token_, &input, nullptr);
+    enm_Draw_Status status;
+    {
+      std::lock_guard lock(gStartupLock);
+      status = gStartup.load(std::memory_order_relaxed)(&token_, &input, nullptr);
+    }
     ready_ = true;  // whatever the outcome
     return status;
   });
