@@ -126,13 +126,14 @@ PyType_Slot connectionSlots[] = {
                     "until the object is gone, whether or not this connection is kept.")},
     {0, nullptr},
 };
+// Connections are made by connect() only.
 PyType_Spec connectionSpec = {"tessel.Connection", sizeof(ConnectionObject), 0,
-                              Py_TPFLAGS_DEFAULT | Py_TPFLAGS_HAVE_GC, connectionSlots};
+                              Py_TPFLAGS_DEFAULT | Py_TPFLAGS_HAVE_GC | Py_TPFLAGS_DISALLOW_INSTANTIATION,
+                              connectionSlots};
 
 // Calls the Python callback with the event's arguments; ByRef ones go in cells, and what the
 // callback leaves in a cell goes back to the raiser.
-void callHandler(PyObject* callback, const EventInfo* event, std::span<Variant> args) {
-  Gil gil;
+void runHandler(PyObject* callback, const EventInfo* event, std::span<Variant> args) {
   const size_t n = args.size();
   PyObject* cb = callback;
   Py_INCREF(cb);  // the callback may disconnect itself

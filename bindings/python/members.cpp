@@ -245,8 +245,11 @@ PyType_Slot boundSlots[] = {
     {Py_tp_members, boundMembers},
     {0, nullptr},
 };
+// Members and properties are made by the module only (newBound, newProperty): never empty.
 PyType_Spec boundSpec = {"tessel.Member", sizeof(BoundObject), 0,
-                         Py_TPFLAGS_DEFAULT | Py_TPFLAGS_HAVE_GC | Py_TPFLAGS_HAVE_VECTORCALL, boundSlots};
+                         Py_TPFLAGS_DEFAULT | Py_TPFLAGS_HAVE_GC | Py_TPFLAGS_HAVE_VECTORCALL |
+                             Py_TPFLAGS_DISALLOW_INSTANTIATION,
+                         boundSlots};
 
 // ---- properties of a class ------------------------------------------------------------------
 
@@ -321,7 +324,8 @@ PyType_Slot propertySlots[] = {
     {Py_tp_getset, propertyGetSet},
     {0, nullptr},
 };
-PyType_Spec propertySpec = {"tessel.Property", sizeof(PropertyObject), 0, Py_TPFLAGS_DEFAULT, propertySlots};
+PyType_Spec propertySpec = {"tessel.Property", sizeof(PropertyObject), 0,
+                            Py_TPFLAGS_DEFAULT | Py_TPFLAGS_DISALLOW_INSTANTIATION, propertySlots};
 
 // ---- the call path --------------------------------------------------------------------------
 
