@@ -197,6 +197,23 @@ PyObject* fromUtf8(const std::string& s) {
   return PyUnicode_DecodeUTF8(s.data(), static_cast<Py_ssize_t>(s.size()), "replace");
 }
 
+int nameOf(PyObject* s, std::string_view& out) {
+  Py_ssize_t len = 0;
+  const char* p = PyUnicode_AsUTF8AndSize(s, &len);
+  if (!p) {
+    if (!PyErr_ExceptionMatches(PyExc_UnicodeEncodeError)) return -1;
+    PyErr_Clear();
+    out = {};
+    return 0;
+  }
+  out = std::string_view(p, static_cast<size_t>(len));
+  return std::memchr(p, 0, out.size()) ? 0 : 1;
+}
+
+bool isDunder(PyObject* name) {
+  return PyUnicode_GET_LENGTH(name) >= 2 && PyUnicode_READ_CHAR(name, 0) == '_' && PyUnicode_READ_CHAR(name, 1) == '_';
+}
+
 bool toVariant(PyObject* o, Variant& out) {
   if (PyFloat_CheckExact(o)) {
     out = Variant(PyFloat_AS_DOUBLE(o));

@@ -67,7 +67,7 @@ PyObject* makeClass(const char* name, const char* doc, PyObject* builtin) {
 
 }  // namespace
 
-void raiseError(const Error& e, PyObject* attribute, PyObject* obj, const char* message) {
+void raiseError(const Error& e, PyObject* attribute, PyObject* obj, PyObject* message) {
   PyObject* type = errorTypeFor(e.number());
   PyObject* description = fromUtf8(e.description());
   PyObject* source = fromUtf8(e.source());
@@ -79,7 +79,7 @@ void raiseError(const Error& e, PyObject* attribute, PyObject* obj, const char* 
     char num[16];
     if (e.number() < 0) std::snprintf(num, sizeof num, "0x%08X", static_cast<unsigned>(e.number()));
     else std::snprintf(num, sizeof num, "%d", static_cast<int>(e.number()));
-    text = message              ? PyUnicode_FromFormat("%s (error %s)", message, num)
+    text = message              ? PyUnicode_FromFormat("%U (error %s)", message, num)
            : e.source().empty() ? PyUnicode_FromFormat("%U (error %s)", description, num)
                                 : PyUnicode_FromFormat("%U: %U (error %s)", source, description, num);
   }
@@ -134,14 +134,21 @@ std::string closestMember(const ClassInfo& ci, std::string_view name) {
 }  // namespace
 
 void raiseNoMember(PyObject* obj, PyObject* name, const ClassInfo& ci) {
-  const char* attribute = PyUnicode_AsUTF8(name);
-  if (!attribute) return;
-  std::string message = "'" + ci.name() + "' object has no member '" + attribute + "'";
-  if (std::string like = closestMember(ci, attribute); !like.empty()) message += ". Did you mean: '" + like + "'?";
-  raiseError(Error(rt::NoSuchMember, runtimeErrorText(rt::NoSuchMember)), name, obj, message.c_str());
+  // The name as given, whatever it holds (a NUL, a lone surrogate); a suggestion only for a name.
+  std::string_view attribute;
+  const int valid = nameOf(name, attribute);
+  if (valid < 0) return;
+  const std::string like = valid ? closestMember(ci, attribute) : std::string();
+  PyObject* message =
+      like.empty() ? PyUnicode_FromFormat("'%s' object has no member '%U'", ci.name().c_str(), name)
+                   : PyUnicode_FromFormat("'%s' object has no member '%U'. Did you mean: '%s'?", ci.name().c_str(), name,
+                                          like.c_str());
+  if (!message) return;
+  raiseError(Error(rt::NoSuchMember, runtimeErrorText(rt::NoSuchMember)), name, obj, message);
+  Py_DECREF(message);
 }
 
-CallScope::CallScope() {
+CallScope::CallScope() : entered_(true) {
   for (int i = 0; i < 3; ++i) {
     saved_[i] = tState.pending[i];
     tState.pending[i] = nullptr;

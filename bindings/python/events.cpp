@@ -183,10 +183,11 @@ PyObject* connectEvent(PyObject* source, PyObject* event, PyObject* callback) {
     PyErr_Format(PyExc_TypeError, "the callback must be callable, not '%.200s'", Py_TYPE(callback)->tp_name);
     return nullptr;
   }
-  const char* name = PyUnicode_AsUTF8(event);
-  if (!name) return nullptr;
+  std::string_view name;
+  const int valid = nameOf(event, name);
+  if (valid < 0) return nullptr;
   return guarded([&]() -> PyObject* {
-    const EventInfo* info = obj->classInfo().findEvent(name);
+    const EventInfo* info = valid ? obj->classInfo().findEvent(name) : nullptr;
     if (!info) raise(rt::NoSuchMember);
     auto* s = asInstance(source);
     if (!s->links && !(s->links = PyList_New(0))) return nullptr;

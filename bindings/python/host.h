@@ -45,6 +45,13 @@ PyObject* fromVariant(const Variant& v);
 
 PyObject* fromUtf8(const std::string& s);  // invalid bytes replaced
 
+// A str as a name for the type library (member, event, parameter, class, button): its UTF-8
+// form over its whole length. 1 for a name; 0 when it can be no name (a NUL inside, or a lone
+// surrogate, which has no UTF-8 form), with no Python error left; -1 with a Python error.
+int nameOf(PyObject* s, std::string_view& out);
+// Python's own names (`__x`), which never reach the type library.
+bool isDunder(PyObject* name);
+
 // ---- objects and classes (objects.cpp) ------------------------------------------------------
 
 // What the module keeps per class of the type library: its Python type, the attribute spellings
@@ -129,9 +136,9 @@ extern PyObject* gErrorType;
 void initErrors(py::module_& m);
 
 // Raises the library error as the tessel.Error subclass that fits its number. For an unknown
-// attribute `attribute` and `obj` fill AttributeError's name and obj, and `message` replaces
-// the text built from source and description.
-void raiseError(const Error& e, PyObject* attribute = nullptr, PyObject* obj = nullptr, const char* message = nullptr);
+// attribute `attribute` and `obj` fill AttributeError's name and obj, and `message` (a str)
+// replaces the text built from source and description.
+void raiseError(const Error& e, PyObject* attribute = nullptr, PyObject* obj = nullptr, PyObject* message = nullptr);
 // Automation's own 438 for an attribute name the class does not have.
 void raiseNoMember(PyObject* obj, PyObject* name, const ClassInfo& ci);
 

@@ -366,11 +366,10 @@ PyObject* connectorCall(PyObject* self, const ClassInfo& ci, PyObject* const* ar
   // connect(event, callback).
   const MemberInfo* member = ci.find("connect");
   if (nargs == 2 && !kwnames && PyUnicode_Check(args[0])) {
-    Py_ssize_t len = 0;
-    const char* s = PyUnicode_AsUTF8AndSize(args[0], &len);
-    if (!s) return nullptr;
-    if (!member || ci.findEvent(std::string_view(s, static_cast<size_t>(len))))
-      return connectEvent(self, args[0], args[1]);
+    std::string_view event;
+    const int valid = nameOf(args[0], event);
+    if (valid < 0) return nullptr;
+    if (!member || (valid && ci.findEvent(event))) return connectEvent(self, args[0], args[1]);
   }
   if (member) return callMember(target, member, InvokeKind::Method, args, nargs, kwnames, nullptr);
   PyErr_SetString(PyExc_TypeError, "connect() takes an event name and a callback");
@@ -434,10 +433,12 @@ PyObject* callMember(Object* target, const MemberInfo* member, InvokeKind kind, 
     if (nkw) {
       named.resize(nkw);
       for (size_t k = 0; k < nkw; ++k) {
-        Py_ssize_t len = 0;
-        const char* s = PyUnicode_AsUTF8AndSize(PyTuple_GET_ITEM(kwnames, k), &len);
-        if (!s) return nullptr;
-        named[k].name.assign(s, static_cast<size_t>(len));
+        std::string_view name;
+        const int valid = nameOf(PyTuple_GET_ITEM(kwnames, k), name);
+        if (valid < 0) return nullptr;
+        // An empty keyword, or one with no UTF-8 form, names no parameter; nor can a NUL, which
+        // matches nothing: the library says so (448).
+        named[k].name.assign(name.empty() ? std::string_view("\0", 1) : name);
         if (!toVariant(args[nargs + k], named[k].value)) return nullptr;
         cells = cells || isByRef(args[nargs + k]);
       }
@@ -494,7 +495,8 @@ std::string describeParams(const std::vector<ParamInfo>& params, size_t count) {
     Py_XDECREF(o);
     std::string s = "?";
     if (r) {
-      if (const char* u = PyUnicode_AsUTF8(r)) s = u;
+      Py_ssize_t len = 0;
+      if (const char* u = PyUnicode_AsUTF8AndSize(r, &len)) s.assign(u, static_cast<size_t>(len));
       Py_DECREF(r);
     }
     PyErr_Clear();

@@ -41,7 +41,7 @@ ClassCache* cacheOfType(PyTypeObject* t) {
   return it == gByType.end() ? nullptr : it->second;
 }
 
-bool isDunder(std::string_view n) { return n.size() >= 2 && n[0] == '_' && n[1] == '_'; }
+bool isDunderText(std::string_view n) { return n.size() >= 2 && n[0] == '_' && n[1] == '_'; }
 
 // The module's own `connect`, for a class with events. A member spelled exactly so keeps the name;
 // one spelled otherwise (CONNECT) is still reached by connect() calls that name no event.
@@ -126,12 +126,9 @@ PyObject* objectGetAttr(PyObject* self, PyObject* name) {
   if (code == kConnect) return newBound(self, *c->ci, nullptr, BoundMode::Connector);
   if (code == kLookupFailed) return nullptr;
   PyObject* r = PyObject_GenericGetAttr(self, name);
-  if (!r && PyErr_ExceptionMatches(PyExc_AttributeError)) {
-    const char* s = PyUnicode_AsUTF8(name);
-    if (s && !isDunder(s)) {
-      PyErr_Clear();
-      raiseNoMember(self, name, *c->ci);
-    }
+  if (!r && !isDunder(name) && PyErr_ExceptionMatches(PyExc_AttributeError)) {
+    PyErr_Clear();
+    raiseNoMember(self, name, *c->ci);
   }
   return r;
 }
@@ -144,8 +141,7 @@ int objectSetAttr(PyObject* self, PyObject* name, PyObject* value) {
   if (code == kLookupFailed) return -1;
   if (code < 0) {
     if (PyObject_GenericSetAttr(self, name, value) == 0) return 0;
-    const char* s = PyUnicode_AsUTF8(name);
-    if (s && !isDunder(s) && PyErr_ExceptionMatches(PyExc_AttributeError)) {
+    if (!isDunder(name) && PyErr_ExceptionMatches(PyExc_AttributeError)) {
       PyErr_Clear();
       raiseNoMember(self, name, *c->ci);
     }
@@ -456,7 +452,7 @@ PyTypeObject* makeType(ClassCache& c) {
             setItem(dict, "__slots__", PyTuple_New(0));
   for (size_t i = 0; ok && i < ci.members().size(); ++i) {
     const MemberInfo& m = ci.members()[i];
-    if (isDunder(m.name)) continue;
+    if (isDunderText(m.name)) continue;
     ok = setItem(dict, m.name.c_str(), c.direct[i] ? newProperty(ci, m) : newBound(nullptr, ci, &m, BoundMode::Member));
   }
   if (ok && hasConnector(ci))
@@ -485,12 +481,12 @@ PyTypeObject* makeType(ClassCache& c) {
 long lookupName(ClassCache& c, PyObject* name) {
   if (PyObject* hit = PyDict_GetItemWithError(c.names, name)) return PyLong_AsLong(hit);
   if (PyErr_Occurred()) return kLookupFailed;
-  Py_ssize_t len = 0;
-  const char* s = PyUnicode_AsUTF8AndSize(name, &len);
-  if (!s) return kLookupFailed;
+  std::string_view n;
+  const int valid = nameOf(name, n);
+  if (valid < 0) return kLookupFailed;
   long code = kNotMember;
-  std::string_view n(s, static_cast<size_t>(len));
-  if (isDunder(n)) code = kNotMember;
+  // A name with a NUL or a lone surrogate is no member's; so are Python's own names.
+  if (!valid || isDunderText(n)) code = kNotMember;
   else if (n == "connect" && hasConnector(*c.ci)) code = kConnect;
   else if (const MemberInfo* m = c.ci->find(n)) code = static_cast<long>(m - c.ci->members().data());
   // Names that are no member are remembered too, but not without bound (getattr with made-up names).

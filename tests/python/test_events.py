@@ -190,6 +190,9 @@ def test_connect_errors(rect, probe):
         rect.connect("MOVED", 5)
     with pytest.raises(TypeError):
         rect.connect("MOVED")
+    for name in ("MOVED\0junk", "\ud800", ""):
+        with pytest.raises(tessel.NoSuchMemberError):
+            rect.connect(name, print)
     # A member of the same name keeps everything but connect(event, callback).
     assert probe.connect(probe) == "cls_PyProbe"
     assert isinstance(probe.connect("KEY", print), tessel.Connection)
