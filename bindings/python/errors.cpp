@@ -25,6 +25,13 @@ PyObject* gArgumentType = nullptr;      // the call does not fit the member (448
 PyObject* gParameterType = nullptr;     // the other parameter errors, ValueError
 PyObject* gNoSuchMemberType = nullptr;  // 438, AttributeError
 
+// Library calls nested on one thread, each through a Python callback (an event handler or a
+// dialog answerer that calls back in). A level costs some 2.5 KB of C stack in the library and
+// the interpreter (several times that with the sanitizers): this bound keeps a runaway handler
+// well inside the smallest stack a thread gets by default, however high the script sets the
+// recursion limit.
+constexpr int kMaxDepth = 200;
+
 struct ThreadState {
   int depth = 0;              // library calls under way on this thread
   PyObject* pending[3] = {};  // type, value, traceback of a callback's exception
@@ -153,7 +160,11 @@ CallScope::CallScope() : entered_(true) {
     saved_[i] = tState.pending[i];
     tState.pending[i] = nullptr;
   }
-  ++tState.depth;
+  if (++tState.depth > kMaxDepth) {
+    PyErr_Format(PyExc_RecursionError,
+                 "maximum recursion depth exceeded: callbacks re-entered tessel more than %d calls deep", kMaxDepth);
+    entered_ = false;
+  }
 }
 
 CallScope::~CallScope() = default;

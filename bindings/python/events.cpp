@@ -8,10 +8,21 @@
 // connection refers back to its source without a reference, so keeping a connection does not
 // keep its source; the collector traverses source -> connections -> callbacks, so a handler
 // that closes over its source makes a cycle the collector frees.
+//
+// Callbacks and the end of the interpreter. Event handlers and the seams are Python code that
+// the library calls from inside its own frames. While the interpreter shuts down they are not
+// called at all. A daemon thread that is inside one when shutdown begins is ended by the
+// interpreter the next time it waits for the interpreter lock (pthread_exit, which unwinds the
+// thread's C++ frames): the library's frames below the callback trap every exception and could
+// not pass that unwinding on, so the thread stops at the callback and sleeps until the process
+// exits, as the interpreter means its daemon threads to.
 #include "host.h"
 
 #include <tessel/core/MessageBox.h>
 #include <tessel/core/Text.h>
+
+#include <cxxabi.h>
+#include <unistd.h>
 
 #include <new>
 
@@ -19,14 +30,63 @@ namespace tessel::python {
 
 namespace {
 
-class Gil {
- public:
-  Gil() : s_(PyGILState_Ensure()) {}
-  ~Gil() { PyGILState_Release(s_); }
+bool interpreterFinalizing() {
+#if PY_VERSION_HEX >= 0x030D0000
+  return Py_IsFinalizing();
+#else
+  return _Py_IsFinalizing();
+#endif
+}
 
- private:
-  PyGILState_STATE s_;
+[[noreturn]] void sleepUntilExit() {
+  for (;;) pause();
+}
+
+// Runs `body`, which calls into Python, from the library: with the interpreter lock (taken
+// here only when the thread does not hold it already, and then released again), counted
+// against Python's recursion limit. False when the interpreter is shutting down and `body` did
+// not run. An exception of `body` (Terminated) goes on.
+struct Callback {
+  const char* name;       // for an exception nobody can take (sys.unraisablehook)
+  const char* recursion;  // for RecursionError's message
 };
+constexpr Callback kHandler{"tessel event handler", " in a tessel event handler"};
+constexpr Callback kAnswerer{"tessel message box handler", " in a tessel message box handler"};
+constexpr Callback kTerminator{"tessel terminate handler", " in a tessel terminate handler"};
+
+template <class F>
+bool intoPython(const Callback& where, F&& body) {
+  if (interpreterFinalizing()) return false;
+  bool ensured = false;
+  PyGILState_STATE state{};
+  try {
+    if (!PyGILState_Check()) {
+      state = PyGILState_Ensure();
+      ensured = true;
+    }
+    if (Py_EnterRecursiveCall(where.recursion) == 0) {
+      try {
+        body();
+      } catch (abi::__forced_unwind&) {
+        throw;
+      } catch (...) {
+        Py_LeaveRecursiveCall();
+        throw;
+      }
+      Py_LeaveRecursiveCall();
+    } else {
+      stashCallbackError(where.name);
+    }
+  } catch (abi::__forced_unwind&) {
+    // The interpreter ended this thread while it waited for the lock: see the top of the file.
+    sleepUntilExit();
+  } catch (...) {
+    if (ensured) PyGILState_Release(state);
+    throw;
+  }
+  if (ensured) PyGILState_Release(state);
+  return true;
+}
 
 // ---- connections ----------------------------------------------------------------------------
 
@@ -164,7 +224,11 @@ void runHandler(PyObject* callback, const EventInfo* event, std::span<Variant> a
   }
   Py_XDECREF(tuple);
   Py_DECREF(cb);
-  if (!result || !ok) stashCallbackError("tessel event handler");
+  if (!result || !ok) stashCallbackError(kHandler.name);
+}
+
+void callHandler(PyObject* callback, const EventInfo* event, std::span<Variant> args) {
+  intoPython(kHandler, [&] { runHandler(callback, event, args); });
 }
 
 }  // namespace
@@ -268,24 +332,27 @@ bool offered(MsgButtons b, MsgResult r) {
 }
 
 MsgResult askPython(const MsgBoxRequest& r) {
-  Gil gil;
-  PyObject* h = gMessageBox;
-  if (!h) return endingAnswer(r.buttons);
-  Py_INCREF(h);
-  PyObject* answer = PyObject_CallFunction(h, "NNssi", fromUtf8(r.prompt), fromUtf8(r.title), buttonsName(r.buttons),
-                                           r.icon == MsgIcon::Critical ? "Critical" : "", r.defaultButton);
-  Py_DECREF(h);
   MsgResult result = endingAnswer(r.buttons);
-  if (answer) {
-    const char* name = PyUnicode_Check(answer) ? PyUnicode_AsUTF8(answer) : nullptr;
-    MsgResult pressed = name ? buttonFromName(name) : MsgResult::Cancel;
-    if (name && offered(r.buttons, pressed)) result = pressed;
-    else if (!PyErr_Occurred())
-      PyErr_Format(PyExc_ValueError, "the message box answer must name one of its buttons (%s), not %R",
-                   buttonsName(r.buttons), answer);
-    Py_DECREF(answer);
-  }
-  if (PyErr_Occurred()) stashCallbackError("tessel message box handler");
+  intoPython(kAnswerer, [&] {
+    PyObject* h = gMessageBox;
+    if (!h) return;
+    Py_INCREF(h);
+    PyObject* answer = PyObject_CallFunction(h, "NNssi", fromUtf8(r.prompt), fromUtf8(r.title), buttonsName(r.buttons),
+                                             r.icon == MsgIcon::Critical ? "Critical" : "", r.defaultButton);
+    Py_DECREF(h);
+    if (answer) {
+      // The whole text: "Ignore\0junk" names no button.
+      std::string_view name;
+      const int valid = PyUnicode_Check(answer) ? nameOf(answer, name) : 0;
+      const MsgResult pressed = valid > 0 ? buttonFromName(name) : MsgResult::Cancel;
+      if (valid > 0 && offered(r.buttons, pressed)) result = pressed;
+      else if (!PyErr_Occurred())
+        PyErr_Format(PyExc_ValueError, "the message box answer must name one of its buttons (%s), not %R",
+                     buttonsName(r.buttons), answer);
+      Py_DECREF(answer);
+    }
+    if (PyErr_Occurred()) stashCallbackError(kAnswerer.name);
+  });
   return result;
 }
 
@@ -293,14 +360,15 @@ MsgResult askPython(const MsgBoxRequest& r) {
 // throws Terminated, which the call turns into SystemExit(1). The process is never cut off
 // under the interpreter's feet, so buffered output and finally blocks are not lost.
 void terminatePython() {
-  Gil gil;
-  PyObject* h = gTerminate;
-  if (!h) return;
-  Py_INCREF(h);
-  PyObject* r = PyObject_CallNoArgs(h);
-  Py_DECREF(h);
-  if (r) Py_DECREF(r);
-  else stashCallbackError("tessel terminate handler");
+  intoPython(kTerminator, [] {
+    PyObject* h = gTerminate;
+    if (!h) return;
+    Py_INCREF(h);
+    PyObject* r = PyObject_CallNoArgs(h);
+    Py_DECREF(h);
+    if (r) Py_DECREF(r);
+    else stashCallbackError(kTerminator.name);
+  });
 }
 
 void setHandler(PyObject*& slot, py::object handler) {

@@ -14,6 +14,8 @@
 
 #include <tessel/core/TypeLib.h>
 
+#include <cxxabi.h>
+
 #include <string>
 #include <vector>
 
@@ -153,6 +155,9 @@ PyObject* guarded(F&& body);
 struct CallScope {
   CallScope();
   ~CallScope();
+  // False (with RecursionError set) when callbacks have re-entered the library too deeply on
+  // this thread: the call must not run, its stack might not suffice.
+  bool entered() const { return entered_; }
   // Finishes the call: result or null; applies the exceptions callbacks left behind.
   PyObject* finish(PyObject* result);
   void onError(const Error& e);
@@ -161,14 +166,18 @@ struct CallScope {
 
  private:
   PyObject* saved_[3];
+  bool entered_;
 };
 
 template <class F>
 PyObject* guarded(F&& body) {
   CallScope scope;
   PyObject* result = nullptr;
+  if (!scope.entered()) return scope.finish(nullptr);
   try {
     result = body();
+  } catch (abi::__forced_unwind&) {
+    throw;  // the interpreter ends a daemon thread as it shuts down (events.cpp)
   } catch (const Error& e) {
     scope.onError(e);
   } catch (const Terminated&) {

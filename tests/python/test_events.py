@@ -1,11 +1,14 @@
 """Events: connecting, the connection's lifetime, arguments and ByRef cells, and what happens
 when a callback fails."""
+import concurrent.futures
 import gc
+import textwrap
 import weakref
 
 import pytest
 
 import tessel
+from conftest import run_python
 
 
 def test_callbacks_receive_events(rect):
@@ -197,3 +200,50 @@ def test_connect_errors(rect, probe):
     assert probe.connect(probe) == "cls_PyProbe"
     assert isinstance(probe.connect("KEY", print), tessel.Connection)
     assert probe.CONNECT("KEY") == "String"
+
+
+def test_daemon_threads_in_callbacks_do_not_break_the_interpreters_exit():
+    script = textwrap.dedent(
+        """
+        import os, sys, threading, time, tessel
+        def worker():
+            r = tessel.cls_DrawRect()
+            r.connect("MOVED", lambda: sum(range(50)))
+            while True:
+                r.MOVEBY(1, 1)
+        for _ in range(4):
+            threading.Thread(target=worker, daemon=True).start()
+        time.sleep(0.2)
+        """
+    )
+    # The interpreter ends daemon threads wherever they are, often inside a callback.
+    with concurrent.futures.ThreadPoolExecutor(6) as pool:
+        runs = list(pool.map(lambda _: run_python(script), range(30)))
+    assert [(r.returncode, r.stderr) for r in runs if r.returncode] == []
+
+
+def test_callbacks_that_reenter_the_library_end_in_recursion_error():
+    script = textwrap.dedent(
+        """
+        import sys, tessel, _tessel_testprobe
+        sys.setrecursionlimit(100000)
+        r = tessel.cls_DrawRect()
+        conn = r.connect("MOVED", lambda: r.MOVEBY(1, 1))
+        try:
+            r.MOVEBY(1, 1)
+        except RecursionError:
+            print("handler", r.X > 50)
+        probe = tessel.cls_PyProbe()
+        tessel.set_message_box(lambda *args: probe.FAIL(53))
+        try:
+            probe.FAIL(53)
+        except RecursionError:
+            print("answerer", probe.ATTEMPTS > 50)
+        conn.disconnect()
+        tessel.set_message_box(None)
+        r.MOVEBY(1, 1)  # usable again once the stack has unwound
+        assert probe.SUM(1) == 11
+        """
+    )
+    run = run_python(script)
+    assert (run.returncode, run.stdout.split()) == (0, ["handler", "True", "answerer", "True"]), run.stderr
