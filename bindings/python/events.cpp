@@ -269,7 +269,8 @@ PyObject* connectEvent(PyObject* source, PyObject* event, PyObject* callback) {
       return nullptr;
     }
     c->source = s;
-    if (!s->pin) {
+    if (!s->pin && PyObject_GC_IsFinalized(source)) {
+      // Its finalizer has run and will not run again: pin it now (objects.cpp).
       Py_INCREF(source);
       s->pin = source;
     }

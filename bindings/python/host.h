@@ -86,7 +86,7 @@ struct ObjectInstance {
   ClassCache* cls;
   PyObject* weakrefs;
   PyObject* links;    // a list of the live connections to the object's events, or null
-  PyObject* pin;      // the object itself while it has live connections (objects.cpp)
+  PyObject* pin;      // the object itself, while it has connections and the library holds it (objects.cpp)
 };
 inline ObjectInstance* asInstance(PyObject* o) { return reinterpret_cast<ObjectInstance*>(o); }
 

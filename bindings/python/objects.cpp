@@ -9,12 +9,14 @@
 // the class's cache, and reads a property without parameters with the resolved member.
 //
 // Lifetime. The registry maps a native object to its Python object while Python holds it.
-// Connections to an object's events belong to the object's Python object (events.cpp), and
-// while it has any, the Python object holds a reference to itself (`pin`): the connections stay
-// as long as anybody, the library included, holds the native object. The collector sees that
+// Connections to an object's events belong to the object's Python object (events.cpp). When
+// Python lets go of an object that has connections while the library still holds the native
+// object, the finalizer keeps the Python object alive by a reference to itself (`pin`): the
+// connections stay as long as anybody holds the native object. The collector sees that
 // reference only once the Python object holds the last native reference; from then on nothing
 // but Python could raise the events, and a Python object nobody reaches is freed with its
-// connections, whatever cycles its handlers make.
+// connections, whatever cycles its handlers make. An object nobody else holds goes at once,
+// with its connections, as any Python object does.
 #include "host.h"
 
 #include <tessel/core/Text.h>
@@ -95,6 +97,16 @@ int objectClear(PyObject* self) {
   return 0;
 }
 
+// Python lets go of the object: it lives on, pinned, if its handlers may still be called.
+// Finalizers run once per object; connect() pins an object that was finalized already.
+void objectFinalize(PyObject* self) {
+  auto* inst = asInstance(self);
+  if (inst->links && !inst->pin && inst->native && inst->native->refCount() > 1) {
+    Py_INCREF(self);
+    inst->pin = self;
+  }
+}
+
 void objectDealloc(PyObject* self) {
   PyTypeObject* type = Py_TYPE(self);
   PyObject_GC_UnTrack(self);
@@ -106,7 +118,7 @@ void objectDealloc(PyObject* self) {
     if (it != gRegistry.end() && it->second == self) gRegistry.erase(it);
   }
   if (inst->weakrefs) PyObject_ClearWeakRefs(self);
-  dropLinks(inst);  // none are left normally: they pin the object
+  dropLinks(inst);  // the object is gone: so are its handlers
   Py_CLEAR(inst->pin);
   if (Object* o = std::exchange(inst->native, nullptr)) o->release();
   type->tp_free(self);
@@ -231,6 +243,7 @@ PyMemberDef objectMembers[] = {
 PyType_Slot objectSlots[] = {
     {Py_tp_new, reinterpret_cast<void*>(objectNew)},
     {Py_tp_dealloc, reinterpret_cast<void*>(objectDealloc)},
+    {Py_tp_finalize, reinterpret_cast<void*>(objectFinalize)},
     {Py_tp_traverse, reinterpret_cast<void*>(objectTraverse)},
     {Py_tp_clear, reinterpret_cast<void*>(objectClear)},
     {Py_tp_getattro, reinterpret_cast<void*>(objectGetAttr)},

@@ -69,6 +69,12 @@ def test_handlers_live_as_long_as_their_source_and_cycles_are_collected():
     assert source() is None and gone() is None
     assert not conn.connected  # the source is gone; the kept connection does not keep it
 
+    # Without a cycle the source goes as soon as Python lets go, its connections with it.
+    rect = tessel.cls_DrawRect()
+    conn = rect.connect("MOVED", print)
+    del rect
+    assert not conn.connected
+
 
 def test_an_object_the_library_holds_keeps_its_handlers():
     calls = []
