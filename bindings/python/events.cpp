@@ -12,16 +12,14 @@
 // Callbacks and the end of the interpreter. Event handlers and the seams are Python code that
 // the library calls from inside its own frames. While the interpreter shuts down they are not
 // called at all. A daemon thread that is inside one when shutdown begins is ended by the
-// interpreter the next time it waits for the interpreter lock (pthread_exit, which unwinds the
-// thread's C++ frames): the library's frames below the callback trap every exception and could
-// not pass that unwinding on, so the thread stops at the callback and sleeps until the process
-// exits, as the interpreter means its daemon threads to.
+// interpreter the next time it waits for the interpreter lock; it stops at the callback and
+// sleeps until the process exits (ThreadEndGuard, host.h), giving back no lock it does not hold.
 #include "host.h"
 
 #include <tessel/core/MessageBox.h>
 #include <tessel/core/Text.h>
 
-#include <cxxabi.h>
+#include <pthread.h>
 #include <unistd.h>
 
 #include <new>
@@ -38,14 +36,6 @@ bool interpreterFinalizing() {
 #endif
 }
 
-[[noreturn]] void sleepUntilExit() {
-  for (;;) pause();
-}
-
-// Runs `body`, which calls into Python, from the library: with the interpreter lock (taken
-// here only when the thread does not hold it already, and then released again), counted
-// against Python's recursion limit. False when the interpreter is shutting down and `body` did
-// not run. An exception of `body` (Terminated) goes on.
 struct Callback {
   const char* name;       // for an exception nobody can take (sys.unraisablehook)
   const char* recursion;  // for RecursionError's message
@@ -54,37 +44,41 @@ constexpr Callback kHandler{"tessel event handler", " in a tessel event handler"
 constexpr Callback kAnswerer{"tessel message box handler", " in a tessel message box handler"};
 constexpr Callback kTerminator{"tessel terminate handler", " in a tessel terminate handler"};
 
+// A callback's hold on the interpreter: the lock (taken only when the thread does not hold it
+// already, and then released again) and a level of Python's recursion count. Ended by the
+// interpreter, the thread gives back neither (the lock is not its own then): it sleeps. No try
+// blocks here, so that the ending reaches the destructors before any handler.
+class CallbackScope : public ThreadEndGuard {
+ public:
+  explicit CallbackScope(const Callback& where) {
+    if (!PyGILState_Check()) {
+      ensured_ = true;
+      state_ = PyGILState_Ensure();
+    }
+    entered_ = Py_EnterRecursiveCall(where.recursion) == 0;
+    if (!entered_) stashCallbackError(where.name);
+  }
+  ~CallbackScope() {
+    if (ending()) sleepUntilExit();
+    if (entered_) Py_LeaveRecursiveCall();
+    if (ensured_) PyGILState_Release(state_);
+  }
+  bool entered() const { return entered_; }
+
+ private:
+  bool ensured_ = false;
+  bool entered_ = false;
+  PyGILState_STATE state_{};
+};
+
+// Runs `body`, which calls into Python, from the library. False when the interpreter is
+// shutting down and `body` did not run. An exception of `body` (Terminated) goes on.
 template <class F>
 bool intoPython(const Callback& where, F&& body) {
   if (interpreterFinalizing()) return false;
-  bool ensured = false;
-  PyGILState_STATE state{};
-  try {
-    if (!PyGILState_Check()) {
-      state = PyGILState_Ensure();
-      ensured = true;
-    }
-    if (Py_EnterRecursiveCall(where.recursion) == 0) {
-      try {
-        body();
-      } catch (abi::__forced_unwind&) {
-        throw;
-      } catch (...) {
-        Py_LeaveRecursiveCall();
-        throw;
-      }
-      Py_LeaveRecursiveCall();
-    } else {
-      stashCallbackError(where.name);
-    }
-  } catch (abi::__forced_unwind&) {
-    // The interpreter ended this thread while it waited for the lock: see the top of the file.
-    sleepUntilExit();
-  } catch (...) {
-    if (ensured) PyGILState_Release(state);
-    throw;
-  }
-  if (ensured) PyGILState_Release(state);
+  CallbackScope scope(where);
+  if (scope.entered()) body();
+  scope.passed();
   return true;
 }
 
@@ -232,6 +226,13 @@ void callHandler(PyObject* callback, const EventInfo* event, std::span<Variant> 
 }
 
 }  // namespace
+
+// The thread is marked as exiting: every cancellation point (pause() is one) would start the
+// unwinding again, unless cancellation is off.
+void sleepUntilExit() {
+  pthread_setcancelstate(PTHREAD_CANCEL_DISABLE, nullptr);
+  for (;;) pause();
+}
 
 PyObject* connectEvent(PyObject* source, PyObject* event, PyObject* callback) {
   Object* obj = nativeOf(source);

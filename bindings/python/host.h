@@ -14,8 +14,7 @@
 
 #include <tessel/core/TypeLib.h>
 
-#include <cxxabi.h>
-
+#include <exception>
 #include <string>
 #include <vector>
 
@@ -151,6 +150,30 @@ void raiseNoMember(PyObject* obj, PyObject* name, const ClassInfo& ci);
 template <class F>
 PyObject* guarded(F&& body);
 
+// While the interpreter shuts down it ends daemon threads the next time they wait for its lock
+// (pthread_exit, which unwinds the thread's C++ frames as a foreign exception). Below a Python
+// callback lie the library's frames, which trap every exception, and catching the unwinding
+// there, or anywhere while another exception is being handled, terminates the process. So no
+// handler may see it: a guard whose scope is left neither normally nor by a C++ exception
+// stops the thread in its destructor, which runs before any handler; the thread sleeps until
+// the process exits.
+[[noreturn]] void sleepUntilExit();
+class ThreadEndGuard {
+ public:
+  ThreadEndGuard() = default;
+  ThreadEndGuard(const ThreadEndGuard&) = delete;
+  ThreadEndGuard& operator=(const ThreadEndGuard&) = delete;
+  ~ThreadEndGuard() {
+    if (ending()) sleepUntilExit();
+  }
+  void passed() { passed_ = true; }
+  // Left by the thread's ending: not passed, and no C++ exception under way.
+  bool ending() const { return !passed_ && std::uncaught_exceptions() == 0; }
+
+ private:
+  bool passed_ = false;
+};
+
 // The state guarded() keeps per thread.
 struct CallScope {
   CallScope();
@@ -175,9 +198,9 @@ PyObject* guarded(F&& body) {
   PyObject* result = nullptr;
   if (!scope.entered()) return scope.finish(nullptr);
   try {
+    ThreadEndGuard ending;
     result = body();
-  } catch (abi::__forced_unwind&) {
-    throw;  // the interpreter ends a daemon thread as it shuts down (events.cpp)
+    ending.passed();
   } catch (const Error& e) {
     scope.onError(e);
   } catch (const Terminated&) {

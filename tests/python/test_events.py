@@ -211,14 +211,17 @@ def test_connect_errors(rect, probe):
 def test_daemon_threads_in_callbacks_do_not_break_the_interpreters_exit():
     script = textwrap.dedent(
         """
-        import os, sys, threading, time, tessel
-        def worker():
-            r = tessel.cls_DrawRect()
+        import threading, time, tessel, _tessel_testprobe
+        tessel.set_message_box(lambda *args: sum(range(50)) and "Ignore")
+        def worker(dialogs):
+            r, probe = tessel.cls_DrawRect(), tessel.cls_PyProbe()
             r.connect("MOVED", lambda: sum(range(50)))
             while True:
                 r.MOVEBY(1, 1)
-        for _ in range(4):
-            threading.Thread(target=worker, daemon=True).start()
+                if dialogs:
+                    probe.FAIL(53)  # the answerer runs while the library handles the error
+        for i in range(4):
+            threading.Thread(target=worker, args=(i % 2,), daemon=True).start()
         time.sleep(0.2)
         """
     )
