@@ -36,14 +36,22 @@ bench: build
 	  $(PYTHON) bench/report.py $(BUILD)/bench.json; fi
 	@if [ -f bench/bench_python.py ]; then PYTHONPATH=$(BUILD)/python $(PYTHON) bench/bench_python.py; fi
 
-# The C++ tests again under AddressSanitizer and UndefinedBehaviorSanitizer.
+# The C++ tests again under AddressSanitizer and UndefinedBehaviorSanitizer, then the Python
+# tests against the sanitized library and module. The interpreter is not instrumented: it runs
+# with the sanitizer's runtime preloaded (libstdc++ with it, so that exceptions pass the
+# runtime's interceptors) and without leak detection, since it does not free everything at exit.
+# Tests that start interpreters of their own hand the environment on.
 SAN_BUILD ?= build-sanitize
 SAN_FLAGS := -fsanitize=address,undefined -fno-omit-frame-pointer -fno-sanitize-recover=undefined
+SAN_PRELOAD = $(shell c++ -print-file-name=libasan.so) $(shell c++ -print-file-name=libstdc++.so)
 sanitize: setup
-	cmake -S . -B $(SAN_BUILD) -G Ninja -DCMAKE_BUILD_TYPE=Debug -DTESSEL_BUILD_PYTHON=OFF -DTESSEL_BUILD_BENCH=OFF \
-	  -DCMAKE_CXX_FLAGS="$(SAN_FLAGS)" -DCMAKE_EXE_LINKER_FLAGS="$(SAN_FLAGS)" -DCMAKE_SHARED_LINKER_FLAGS="$(SAN_FLAGS)"
+	cmake -S . -B $(SAN_BUILD) -G Ninja -DCMAKE_BUILD_TYPE=Debug -DTESSEL_BUILD_PYTHON=ON -DTESSEL_BUILD_BENCH=OFF \
+	  -DPython_EXECUTABLE=$(PYTHON) -DCMAKE_CXX_FLAGS="$(SAN_FLAGS)" -DCMAKE_EXE_LINKER_FLAGS="$(SAN_FLAGS)" \
+	  -DCMAKE_SHARED_LINKER_FLAGS="$(SAN_FLAGS)" -DCMAKE_MODULE_LINKER_FLAGS="$(SAN_FLAGS)"
 	cmake --build $(SAN_BUILD) -j $(JOBS)
 	cd $(SAN_BUILD) && ASAN_OPTIONS=detect_leaks=1 LSAN_OPTIONS=suppressions=$(CURDIR)/scripts/lsan.supp UBSAN_OPTIONS=print_stacktrace=1 ctest --output-on-failure -j $(JOBS)
+	env -u DISPLAY LD_PRELOAD="$(SAN_PRELOAD)" ASAN_OPTIONS=detect_leaks=0 UBSAN_OPTIONS=print_stacktrace=1 \
+	  PYTHONPATH=$(SAN_BUILD)/python $(PYTHON) -m pytest -q tests/python
 
 # The threading tests under ThreadSanitizer: the C++ ones, ten seconds of the soak's threads, then
 # the Python ones in an interpreter that has the sanitizer's runtime preloaded (it must be loaded

@@ -42,7 +42,9 @@ PyType_Slot sentinelSlots[] = {
     {Py_tp_doc, const_cast<char*>("The Variant values Empty, Null and Missing (an omitted argument).")},
     {0, nullptr},
 };
-PyType_Spec sentinelSpec = {"tessel.Special", sizeof(SentinelObject), 0, Py_TPFLAGS_DEFAULT, sentinelSlots};
+// Three instances, made by the module; no others.
+PyType_Spec sentinelSpec = {"tessel.Special", sizeof(SentinelObject), 0,
+                            Py_TPFLAGS_DEFAULT | Py_TPFLAGS_DISALLOW_INSTANTIATION, sentinelSlots};
 
 PyObject* makeSentinel(PyTypeObject* type, const char* name) {
   auto* s = PyObject_New(SentinelObject, type);
@@ -100,6 +102,14 @@ int byRefSetValue(PyObject* self, PyObject* value, void*) {
   Py_XSETREF(reinterpret_cast<ByRefObject*>(self)->value, value);
   return 0;
 }
+// copy and pickle make a cell with the same value (by reference, as a cell holds it).
+PyObject* byRefReduce(PyObject* self, PyObject*) {
+  return Py_BuildValue("O(N)", reinterpret_cast<PyObject*>(Py_TYPE(self)), byRefGetValue(self, nullptr));
+}
+PyMethodDef byRefMethods[] = {
+    {"__reduce__", byRefReduce, METH_NOARGS, nullptr},
+    {nullptr, nullptr, 0, nullptr},
+};
 PyObject* byRefRepr(PyObject* self) {
   PyObject* v = reinterpret_cast<ByRefObject*>(self)->value;
   return v ? PyUnicode_FromFormat("tessel.ByRef(%R)", v) : PyUnicode_FromString("tessel.ByRef()");
@@ -117,6 +127,7 @@ PyType_Slot byRefSlots[] = {
     {Py_tp_clear, reinterpret_cast<void*>(byRefClear)},
     {Py_tp_repr, reinterpret_cast<void*>(byRefRepr)},
     {Py_tp_getset, byRefGetSet},
+    {Py_tp_methods, byRefMethods},
     {Py_tp_doc, const_cast<char*>("ByRef(value=Empty)\n\nA variable for a ByRef parameter: pass the cell, and "
                                   "after the call .value holds what the member left there.")},
     {0, nullptr},
@@ -184,6 +195,23 @@ PyObject* newByRef(PyObject* value) {
 
 PyObject* fromUtf8(const std::string& s) {
   return PyUnicode_DecodeUTF8(s.data(), static_cast<Py_ssize_t>(s.size()), "replace");
+}
+
+int nameOf(PyObject* s, std::string_view& out) {
+  Py_ssize_t len = 0;
+  const char* p = PyUnicode_AsUTF8AndSize(s, &len);
+  if (!p) {
+    if (!PyErr_ExceptionMatches(PyExc_UnicodeEncodeError)) return -1;
+    PyErr_Clear();
+    out = {};
+    return 0;
+  }
+  out = std::string_view(p, static_cast<size_t>(len));
+  return std::memchr(p, 0, out.size()) ? 0 : 1;
+}
+
+bool isDunder(PyObject* name) {
+  return PyUnicode_GET_LENGTH(name) >= 2 && PyUnicode_READ_CHAR(name, 0) == '_' && PyUnicode_READ_CHAR(name, 1) == '_';
 }
 
 bool toVariant(PyObject* o, Variant& out) {

@@ -8,10 +8,19 @@
 // connection refers back to its source without a reference, so keeping a connection does not
 // keep its source; the collector traverses source -> connections -> callbacks, so a handler
 // that closes over its source makes a cycle the collector frees.
+//
+// Callbacks and the end of the interpreter. Event handlers and the seams are Python code that
+// the library calls from inside its own frames. While the interpreter shuts down they are not
+// called at all. A daemon thread that is inside one when shutdown begins is ended by the
+// interpreter the next time it waits for the interpreter lock; it stops at the callback and
+// sleeps until the process exits (ThreadEndGuard, host.h), giving back no lock it does not hold.
 #include "host.h"
 
 #include <tessel/core/MessageBox.h>
 #include <tessel/core/Text.h>
+
+#include <pthread.h>
+#include <unistd.h>
 
 #include <new>
 
@@ -19,14 +28,59 @@ namespace tessel::python {
 
 namespace {
 
-class Gil {
+bool interpreterFinalizing() {
+#if PY_VERSION_HEX >= 0x030D0000
+  return Py_IsFinalizing();
+#else
+  return _Py_IsFinalizing();
+#endif
+}
+
+struct Callback {
+  const char* name;       // for an exception nobody can take (sys.unraisablehook)
+  const char* recursion;  // for RecursionError's message
+};
+constexpr Callback kHandler{"tessel event handler", " in a tessel event handler"};
+constexpr Callback kAnswerer{"tessel message box handler", " in a tessel message box handler"};
+constexpr Callback kTerminator{"tessel terminate handler", " in a tessel terminate handler"};
+
+// A callback's hold on the interpreter: the lock (taken only when the thread does not hold it
+// already, and then released again) and a level of Python's recursion count. Ended by the
+// interpreter, the thread gives back neither (the lock is not its own then): it sleeps. No try
+// blocks here, so that the ending reaches the destructors before any handler.
+class CallbackScope : public ThreadEndGuard {
  public:
-  Gil() : s_(PyGILState_Ensure()) {}
-  ~Gil() { PyGILState_Release(s_); }
+  explicit CallbackScope(const Callback& where) {
+    if (!PyGILState_Check()) {
+      ensured_ = true;
+      state_ = PyGILState_Ensure();
+    }
+    entered_ = Py_EnterRecursiveCall(where.recursion) == 0;
+    if (!entered_) stashCallbackError(where.name);
+  }
+  ~CallbackScope() {
+    if (ending()) sleepUntilExit();
+    if (entered_) Py_LeaveRecursiveCall();
+    if (ensured_) PyGILState_Release(state_);
+  }
+  bool entered() const { return entered_; }
 
  private:
-  PyGILState_STATE s_;
+  bool ensured_ = false;
+  bool entered_ = false;
+  PyGILState_STATE state_{};
 };
+
+// Runs `body`, which calls into Python, from the library. False when the interpreter is
+// shutting down and `body` did not run. An exception of `body` (Terminated) goes on.
+template <class F>
+bool intoPython(const Callback& where, F&& body) {
+  if (interpreterFinalizing()) return false;
+  CallbackScope scope(where);
+  if (scope.entered()) body();
+  scope.passed();
+  return true;
+}
 
 // ---- connections ----------------------------------------------------------------------------
 
@@ -126,13 +180,14 @@ PyType_Slot connectionSlots[] = {
                     "until the object is gone, whether or not this connection is kept.")},
     {0, nullptr},
 };
+// Connections are made by connect() only.
 PyType_Spec connectionSpec = {"tessel.Connection", sizeof(ConnectionObject), 0,
-                              Py_TPFLAGS_DEFAULT | Py_TPFLAGS_HAVE_GC, connectionSlots};
+                              Py_TPFLAGS_DEFAULT | Py_TPFLAGS_HAVE_GC | Py_TPFLAGS_DISALLOW_INSTANTIATION,
+                              connectionSlots};
 
 // Calls the Python callback with the event's arguments; ByRef ones go in cells, and what the
 // callback leaves in a cell goes back to the raiser.
-void callHandler(PyObject* callback, const EventInfo* event, std::span<Variant> args) {
-  Gil gil;
+void runHandler(PyObject* callback, const EventInfo* event, std::span<Variant> args) {
   const size_t n = args.size();
   PyObject* cb = callback;
   Py_INCREF(cb);  // the callback may disconnect itself
@@ -163,10 +218,21 @@ void callHandler(PyObject* callback, const EventInfo* event, std::span<Variant> 
   }
   Py_XDECREF(tuple);
   Py_DECREF(cb);
-  if (!result || !ok) stashCallbackError("tessel event handler");
+  if (!result || !ok) stashCallbackError(kHandler.name);
+}
+
+void callHandler(PyObject* callback, const EventInfo* event, std::span<Variant> args) {
+  intoPython(kHandler, [&] { runHandler(callback, event, args); });
 }
 
 }  // namespace
+
+// The thread is marked as exiting: every cancellation point (pause() is one) would start the
+// unwinding again, unless cancellation is off.
+void sleepUntilExit() {
+  pthread_setcancelstate(PTHREAD_CANCEL_DISABLE, nullptr);
+  for (;;) pause();
+}
 
 PyObject* connectEvent(PyObject* source, PyObject* event, PyObject* callback) {
   Object* obj = nativeOf(source);
@@ -182,10 +248,11 @@ PyObject* connectEvent(PyObject* source, PyObject* event, PyObject* callback) {
     PyErr_Format(PyExc_TypeError, "the callback must be callable, not '%.200s'", Py_TYPE(callback)->tp_name);
     return nullptr;
   }
-  const char* name = PyUnicode_AsUTF8(event);
-  if (!name) return nullptr;
+  std::string_view name;
+  const int valid = nameOf(event, name);
+  if (valid < 0) return nullptr;
   return guarded([&]() -> PyObject* {
-    const EventInfo* info = obj->classInfo().findEvent(name);
+    const EventInfo* info = valid ? obj->classInfo().findEvent(name) : nullptr;
     if (!info) raise(rt::NoSuchMember);
     auto* s = asInstance(source);
     if (!s->links && !(s->links = PyList_New(0))) return nullptr;
@@ -203,7 +270,8 @@ PyObject* connectEvent(PyObject* source, PyObject* event, PyObject* callback) {
       return nullptr;
     }
     c->source = s;
-    if (!s->pin) {
+    if (!s->pin && PyObject_GC_IsFinalized(source)) {
+      // Its finalizer has run and will not run again: pin it now (objects.cpp).
       Py_INCREF(source);
       s->pin = source;
     }
@@ -266,24 +334,27 @@ bool offered(MsgButtons b, MsgResult r) {
 }
 
 MsgResult askPython(const MsgBoxRequest& r) {
-  Gil gil;
-  PyObject* h = gMessageBox;
-  if (!h) return endingAnswer(r.buttons);
-  Py_INCREF(h);
-  PyObject* answer = PyObject_CallFunction(h, "NNssi", fromUtf8(r.prompt), fromUtf8(r.title), buttonsName(r.buttons),
-                                           r.icon == MsgIcon::Critical ? "Critical" : "", r.defaultButton);
-  Py_DECREF(h);
   MsgResult result = endingAnswer(r.buttons);
-  if (answer) {
-    const char* name = PyUnicode_Check(answer) ? PyUnicode_AsUTF8(answer) : nullptr;
-    MsgResult pressed = name ? buttonFromName(name) : MsgResult::Cancel;
-    if (name && offered(r.buttons, pressed)) result = pressed;
-    else if (!PyErr_Occurred())
-      PyErr_Format(PyExc_ValueError, "the message box answer must name one of its buttons (%s), not %R",
-                   buttonsName(r.buttons), answer);
-    Py_DECREF(answer);
-  }
-  if (PyErr_Occurred()) stashCallbackError("tessel message box handler");
+  intoPython(kAnswerer, [&] {
+    PyObject* h = gMessageBox;
+    if (!h) return;
+    Py_INCREF(h);
+    PyObject* answer = PyObject_CallFunction(h, "NNssi", fromUtf8(r.prompt), fromUtf8(r.title), buttonsName(r.buttons),
+                                             r.icon == MsgIcon::Critical ? "Critical" : "", r.defaultButton);
+    Py_DECREF(h);
+    if (answer) {
+      // The whole text: "Ignore\0junk" names no button.
+      std::string_view name;
+      const int valid = PyUnicode_Check(answer) ? nameOf(answer, name) : 0;
+      const MsgResult pressed = valid > 0 ? buttonFromName(name) : MsgResult::Cancel;
+      if (valid > 0 && offered(r.buttons, pressed)) result = pressed;
+      else if (!PyErr_Occurred())
+        PyErr_Format(PyExc_ValueError, "the message box answer must name one of its buttons (%s), not %R",
+                     buttonsName(r.buttons), answer);
+      Py_DECREF(answer);
+    }
+    if (PyErr_Occurred()) stashCallbackError(kAnswerer.name);
+  });
   return result;
 }
 
@@ -291,14 +362,15 @@ MsgResult askPython(const MsgBoxRequest& r) {
 // throws Terminated, which the call turns into SystemExit(1). The process is never cut off
 // under the interpreter's feet, so buffered output and finally blocks are not lost.
 void terminatePython() {
-  Gil gil;
-  PyObject* h = gTerminate;
-  if (!h) return;
-  Py_INCREF(h);
-  PyObject* r = PyObject_CallNoArgs(h);
-  Py_DECREF(h);
-  if (r) Py_DECREF(r);
-  else stashCallbackError("tessel terminate handler");
+  intoPython(kTerminator, [] {
+    PyObject* h = gTerminate;
+    if (!h) return;
+    Py_INCREF(h);
+    PyObject* r = PyObject_CallNoArgs(h);
+    Py_DECREF(h);
+    if (r) Py_DECREF(r);
+    else stashCallbackError(kTerminator.name);
+  });
 }
 
 void setHandler(PyObject*& slot, py::object handler) {

@@ -14,6 +14,7 @@
 
 #include <tessel/core/TypeLib.h>
 
+#include <exception>
 #include <string>
 #include <vector>
 
@@ -44,6 +45,13 @@ bool toVariant(PyObject* o, Variant& out);
 PyObject* fromVariant(const Variant& v);
 
 PyObject* fromUtf8(const std::string& s);  // invalid bytes replaced
+
+// A str as a name for the type library (member, event, parameter, class, button): its UTF-8
+// form over its whole length. 1 for a name; 0 when it can be no name (a NUL inside, or a lone
+// surrogate, which has no UTF-8 form), with no Python error left; -1 with a Python error.
+int nameOf(PyObject* s, std::string_view& out);
+// Python's own names (`__x`), which never reach the type library.
+bool isDunder(PyObject* name);
 
 // ---- objects and classes (objects.cpp) ------------------------------------------------------
 
@@ -77,7 +85,7 @@ struct ObjectInstance {
   ClassCache* cls;
   PyObject* weakrefs;
   PyObject* links;    // a list of the live connections to the object's events, or null
-  PyObject* pin;      // the object itself while it has live connections (objects.cpp)
+  PyObject* pin;      // the object itself, while it has connections and the library holds it (objects.cpp)
 };
 inline ObjectInstance* asInstance(PyObject* o) { return reinterpret_cast<ObjectInstance*>(o); }
 
@@ -129,9 +137,9 @@ extern PyObject* gErrorType;
 void initErrors(py::module_& m);
 
 // Raises the library error as the tessel.Error subclass that fits its number. For an unknown
-// attribute `attribute` and `obj` fill AttributeError's name and obj, and `message` replaces
-// the text built from source and description.
-void raiseError(const Error& e, PyObject* attribute = nullptr, PyObject* obj = nullptr, const char* message = nullptr);
+// attribute `attribute` and `obj` fill AttributeError's name and obj, and `message` (a str)
+// replaces the text built from source and description.
+void raiseError(const Error& e, PyObject* attribute = nullptr, PyObject* obj = nullptr, PyObject* message = nullptr);
 // Automation's own 438 for an attribute name the class does not have.
 void raiseNoMember(PyObject* obj, PyObject* name, const ClassInfo& ci);
 
@@ -142,10 +150,37 @@ void raiseNoMember(PyObject* obj, PyObject* name, const ClassInfo& ci);
 template <class F>
 PyObject* guarded(F&& body);
 
+// While the interpreter shuts down it ends daemon threads the next time they wait for its lock
+// (pthread_exit, which unwinds the thread's C++ frames as a foreign exception). Below a Python
+// callback lie the library's frames, which trap every exception, and catching the unwinding
+// there, or anywhere while another exception is being handled, terminates the process. So no
+// handler may see it: a guard whose scope is left neither normally nor by a C++ exception
+// stops the thread in its destructor, which runs before any handler; the thread sleeps until
+// the process exits.
+[[noreturn]] void sleepUntilExit();
+class ThreadEndGuard {
+ public:
+  ThreadEndGuard() = default;
+  ThreadEndGuard(const ThreadEndGuard&) = delete;
+  ThreadEndGuard& operator=(const ThreadEndGuard&) = delete;
+  ~ThreadEndGuard() {
+    if (ending()) sleepUntilExit();
+  }
+  void passed() { passed_ = true; }
+  // Left by the thread's ending: not passed, and no C++ exception under way.
+  bool ending() const { return !passed_ && std::uncaught_exceptions() == 0; }
+
+ private:
+  bool passed_ = false;
+};
+
 // The state guarded() keeps per thread.
 struct CallScope {
   CallScope();
   ~CallScope();
+  // False (with RecursionError set) when callbacks have re-entered the library too deeply on
+  // this thread: the call must not run, its stack might not suffice.
+  bool entered() const { return entered_; }
   // Finishes the call: result or null; applies the exceptions callbacks left behind.
   PyObject* finish(PyObject* result);
   void onError(const Error& e);
@@ -154,14 +189,18 @@ struct CallScope {
 
  private:
   PyObject* saved_[3];
+  bool entered_;
 };
 
 template <class F>
 PyObject* guarded(F&& body) {
   CallScope scope;
   PyObject* result = nullptr;
+  if (!scope.entered()) return scope.finish(nullptr);
   try {
+    ThreadEndGuard ending;
     result = body();
+    ending.passed();
   } catch (const Error& e) {
     scope.onError(e);
   } catch (const Terminated&) {

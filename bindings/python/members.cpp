@@ -245,8 +245,11 @@ PyType_Slot boundSlots[] = {
     {Py_tp_members, boundMembers},
     {0, nullptr},
 };
+// Members and properties are made by the module only (newBound, newProperty): never empty.
 PyType_Spec boundSpec = {"tessel.Member", sizeof(BoundObject), 0,
-                         Py_TPFLAGS_DEFAULT | Py_TPFLAGS_HAVE_GC | Py_TPFLAGS_HAVE_VECTORCALL, boundSlots};
+                         Py_TPFLAGS_DEFAULT | Py_TPFLAGS_HAVE_GC | Py_TPFLAGS_HAVE_VECTORCALL |
+                             Py_TPFLAGS_DISALLOW_INSTANTIATION,
+                         boundSlots};
 
 // ---- properties of a class ------------------------------------------------------------------
 
@@ -321,7 +324,8 @@ PyType_Slot propertySlots[] = {
     {Py_tp_getset, propertyGetSet},
     {0, nullptr},
 };
-PyType_Spec propertySpec = {"tessel.Property", sizeof(PropertyObject), 0, Py_TPFLAGS_DEFAULT, propertySlots};
+PyType_Spec propertySpec = {"tessel.Property", sizeof(PropertyObject), 0,
+                            Py_TPFLAGS_DEFAULT | Py_TPFLAGS_DISALLOW_INSTANTIATION, propertySlots};
 
 // ---- the call path --------------------------------------------------------------------------
 
@@ -362,11 +366,10 @@ PyObject* connectorCall(PyObject* self, const ClassInfo& ci, PyObject* const* ar
   // connect(event, callback).
   const MemberInfo* member = ci.find("connect");
   if (nargs == 2 && !kwnames && PyUnicode_Check(args[0])) {
-    Py_ssize_t len = 0;
-    const char* s = PyUnicode_AsUTF8AndSize(args[0], &len);
-    if (!s) return nullptr;
-    if (!member || ci.findEvent(std::string_view(s, static_cast<size_t>(len))))
-      return connectEvent(self, args[0], args[1]);
+    std::string_view event;
+    const int valid = nameOf(args[0], event);
+    if (valid < 0) return nullptr;
+    if (!member || (valid && ci.findEvent(event))) return connectEvent(self, args[0], args[1]);
   }
   if (member) return callMember(target, member, InvokeKind::Method, args, nargs, kwnames, nullptr);
   PyErr_SetString(PyExc_TypeError, "connect() takes an event name and a callback");
@@ -430,10 +433,12 @@ PyObject* callMember(Object* target, const MemberInfo* member, InvokeKind kind, 
     if (nkw) {
       named.resize(nkw);
       for (size_t k = 0; k < nkw; ++k) {
-        Py_ssize_t len = 0;
-        const char* s = PyUnicode_AsUTF8AndSize(PyTuple_GET_ITEM(kwnames, k), &len);
-        if (!s) return nullptr;
-        named[k].name.assign(s, static_cast<size_t>(len));
+        std::string_view name;
+        const int valid = nameOf(PyTuple_GET_ITEM(kwnames, k), name);
+        if (valid < 0) return nullptr;
+        // An empty keyword, or one with no UTF-8 form, names no parameter; nor can a NUL, which
+        // matches nothing: the library says so (448).
+        named[k].name.assign(name.empty() ? std::string_view("\0", 1) : name);
         if (!toVariant(args[nargs + k], named[k].value)) return nullptr;
         cells = cells || isByRef(args[nargs + k]);
       }
@@ -490,7 +495,8 @@ std::string describeParams(const std::vector<ParamInfo>& params, size_t count) {
     Py_XDECREF(o);
     std::string s = "?";
     if (r) {
-      if (const char* u = PyUnicode_AsUTF8(r)) s = u;
+      Py_ssize_t len = 0;
+      if (const char* u = PyUnicode_AsUTF8AndSize(r, &len)) s.assign(u, static_cast<size_t>(len));
       Py_DECREF(r);
     }
     PyErr_Clear();

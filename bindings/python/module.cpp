@@ -7,13 +7,73 @@
 namespace tessel::python {
 namespace {
 
-InvokeKind kindFromName(const std::string& k) {
-  if (equalsIgnoreCase(k, "get")) return InvokeKind::Get;
-  if (equalsIgnoreCase(k, "let")) return InvokeKind::Let;
-  if (equalsIgnoreCase(k, "set")) return InvokeKind::Set;
-  if (equalsIgnoreCase(k, "method")) return InvokeKind::Method;
-  throw py::value_error("kind must be \"get\", \"let\", \"set\" or \"method\", not \"" + k + "\"");
+// A str argument that names something in the type library; 0 for a text that can name
+// nothing (see nameOf), -1 with a TypeError for anything but a str.
+int nameArgument(PyObject* o, const char* what, std::string_view& out) {
+  if (!PyUnicode_Check(o)) {
+    PyErr_Format(PyExc_TypeError, "%s must be a str, not '%.200s'", what, Py_TYPE(o)->tp_name);
+    return -1;
+  }
+  return nameOf(o, out);
 }
+
+bool kindFromName(PyObject* o, InvokeKind& kind) {
+  std::string_view k;
+  const int valid = nameArgument(o, "kind", k);
+  if (valid < 0) return false;
+  if (valid) {
+    for (auto [name, value] : {std::pair{"get", InvokeKind::Get}, {"let", InvokeKind::Let}, {"set", InvokeKind::Set},
+                               {"method", InvokeKind::Method}})
+      if (equalsIgnoreCase(k, name)) {
+        kind = value;
+        return true;
+      }
+  }
+  PyErr_Format(PyExc_ValueError, "kind must be \"get\", \"let\", \"set\" or \"method\", not %R", o);
+  return false;
+}
+
+// invoke(obj, name, kind, /, *args, **named): the three leading parameters are positional only,
+// so that every keyword (obj=, name=, kind= included) is a named argument of the member.
+PyObject* invoke(PyObject*, PyObject* const* args, Py_ssize_t nargsf, PyObject* kwnames) {
+  const Py_ssize_t nargs = PyVectorcall_NARGS(nargsf);
+  if (nargs < 3) {
+    PyErr_Format(PyExc_TypeError,
+                 "invoke() takes the object, the member's name and the kind first, then the member's arguments "
+                 "(%zd positional argument%s given)",
+                 nargs, nargs == 1 ? "" : "s");
+    return nullptr;
+  }
+  std::string_view name;
+  const int valid = nameArgument(args[1], "the member name", name);
+  if (valid < 0) return nullptr;
+  InvokeKind kind;
+  if (!kindFromName(args[2], kind)) return nullptr;
+  Object* target = nativeOf(args[0]);
+  const MemberInfo* member = nullptr;
+  if (target) {
+    if (name.empty() && valid) member = target->classInfo().defaultMember();
+    else if (valid) member = target->classInfo().find(name);
+  }
+  if (!member) {
+    // What a late-bound call reports: Nothing (91), no object (424), no such member (438).
+    return guarded([&]() -> PyObject* {
+      Variant v;
+      if (!target && !toVariant(args[0], v)) return nullptr;
+      raise(target ? rt::NoSuchMember : args[0] == Py_None ? rt::ObjectNotSet : 424);
+    });
+  }
+  return callMember(target, member, kind, args + 3, static_cast<size_t>(nargs - 3), kwnames, nullptr);
+}
+
+PyMethodDef moduleFunctions[] = {
+    {"invoke", reinterpret_cast<PyCFunction>(reinterpret_cast<void*>(invoke)), METH_FASTCALL | METH_KEYWORDS,
+     "invoke($module, obj, name, kind, /, *args, **named)\n--\n\n"
+     "The raw late-bound call: kind is \"get\", \"let\", \"set\" or \"method\"; for let and set the assigned "
+     "value is the last positional argument. An empty name is the default member. Every keyword is a named "
+     "argument of the member. Unknown members raise tessel.NoSuchMemberError (438)."},
+    {nullptr, nullptr, 0, nullptr},
+};
 
 py::object classObject(const ClassInfo& ci) {
   ClassCache* c = cacheFor(ci);
@@ -111,16 +171,22 @@ PYBIND11_MODULE(_tessel, m) {
       "Every class of the type library by name.");
   m.def(
       "find_class",
-      [](const std::string& name) -> py::object {
-        const ClassInfo* ci = TypeLib::findClass(name);
+      [](py::handle name) -> py::object {
+        std::string_view n;
+        const int valid = nameArgument(name.ptr(), "the class name", n);
+        if (valid < 0) throw py::error_already_set();
+        const ClassInfo* ci = valid ? TypeLib::findClass(n) : nullptr;
         return ci ? classObject(*ci) : py::none();
       },
       py::arg("name"), "The class of that name (any case), or None.");
   m.def(
       "global_instance",
-      [](const std::string& name) -> py::object {
-        const ClassInfo* ci = TypeLib::findClass(name);
-        if (!ci || !ci->isGlobal() || ci->name() != name) return py::none();
+      [](py::handle name) -> py::object {
+        std::string_view n;
+        const int valid = nameArgument(name.ptr(), "the name", n);
+        if (valid < 0) throw py::error_already_set();
+        const ClassInfo* ci = valid ? TypeLib::findClass(n) : nullptr;
+        if (!ci || !ci->isGlobal() || ci->name() != n) return py::none();
         return steal(guarded([&]() -> PyObject* { return wrapObject(ci->instance()); }));
       },
       py::arg("name"), "The calling thread's instance of a global object or module, or None.");
@@ -148,24 +214,5 @@ PYBIND11_MODULE(_tessel, m) {
       "display, count, item, members (name, description and the method / get / let / set accessors with\n"
       "their params and result type) and events (name, description, params). An accessor a member lacks\n"
       "is None; a param is a dict of name, type, optional, byref and, where registered, default.");
-  m.def(
-      "invoke",
-      [](py::handle obj, const std::string& name, const std::string& kind, py::args args, py::kwargs named) {
-        const InvokeKind k = kindFromName(kind);
-        return steal(guarded([&]() -> PyObject* {
-          Variant target;
-          if (!toVariant(obj.ptr(), target)) return nullptr;
-          if (!target.isObject()) raise(424);
-          if (target.isNothing()) raise(rt::ObjectNotSet);
-          const MemberInfo* member =
-              name.empty() ? target.obj()->classInfo().defaultMember() : target.obj()->classInfo().find(name);
-          if (!member) raise(rt::NoSuchMember);
-          return callMemberDict(target.obj(), member, k, &PyTuple_GET_ITEM(args.ptr(), 0),
-                                static_cast<size_t>(PyTuple_GET_SIZE(args.ptr())), named.ptr(), nullptr);
-        }));
-      },
-      py::arg("obj"), py::arg("name"), py::arg("kind"),
-      "invoke(obj, name, kind, *args, **named)\n\nThe raw late-bound call: kind is \"get\", \"let\", \"set\" or "
-      "\"method\"; for let and set the assigned value is the last positional argument. An empty name is the "
-      "default member. Unknown members raise tessel.NoSuchMemberError (438).");
+  if (PyModule_AddFunctions(m.ptr(), moduleFunctions) < 0) throw py::error_already_set();
 }

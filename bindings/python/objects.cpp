@@ -9,12 +9,14 @@
 // the class's cache, and reads a property without parameters with the resolved member.
 //
 // Lifetime. The registry maps a native object to its Python object while Python holds it.
-// Connections to an object's events belong to the object's Python object (events.cpp), and
-// while it has any, the Python object holds a reference to itself (`pin`): the connections stay
-// as long as anybody, the library included, holds the native object. The collector sees that
+// Connections to an object's events belong to the object's Python object (events.cpp). When
+// Python lets go of an object that has connections while the library still holds the native
+// object, the finalizer keeps the Python object alive by a reference to itself (`pin`): the
+// connections stay as long as anybody holds the native object. The collector sees that
 // reference only once the Python object holds the last native reference; from then on nothing
 // but Python could raise the events, and a Python object nobody reaches is freed with its
-// connections, whatever cycles its handlers make.
+// connections, whatever cycles its handlers make. An object nobody else holds goes at once,
+// with its connections, as any Python object does.
 #include "host.h"
 
 #include <tessel/core/Text.h>
@@ -41,7 +43,7 @@ ClassCache* cacheOfType(PyTypeObject* t) {
   return it == gByType.end() ? nullptr : it->second;
 }
 
-bool isDunder(std::string_view n) { return n.size() >= 2 && n[0] == '_' && n[1] == '_'; }
+bool isDunderText(std::string_view n) { return n.size() >= 2 && n[0] == '_' && n[1] == '_'; }
 
 // The module's own `connect`, for a class with events. A member spelled exactly so keeps the name;
 // one spelled otherwise (CONNECT) is still reached by connect() calls that name no event.
@@ -95,6 +97,16 @@ int objectClear(PyObject* self) {
   return 0;
 }
 
+// Python lets go of the object: it lives on, pinned, if its handlers may still be called.
+// Finalizers run once per object; connect() pins an object that was finalized already.
+void objectFinalize(PyObject* self) {
+  auto* inst = asInstance(self);
+  if (inst->links && !inst->pin && inst->native && inst->native->refCount() > 1) {
+    Py_INCREF(self);
+    inst->pin = self;
+  }
+}
+
 void objectDealloc(PyObject* self) {
   PyTypeObject* type = Py_TYPE(self);
   PyObject_GC_UnTrack(self);
@@ -106,7 +118,7 @@ void objectDealloc(PyObject* self) {
     if (it != gRegistry.end() && it->second == self) gRegistry.erase(it);
   }
   if (inst->weakrefs) PyObject_ClearWeakRefs(self);
-  dropLinks(inst);  // none are left normally: they pin the object
+  dropLinks(inst);  // the object is gone: so are its handlers
   Py_CLEAR(inst->pin);
   if (Object* o = std::exchange(inst->native, nullptr)) o->release();
   type->tp_free(self);
@@ -126,12 +138,9 @@ PyObject* objectGetAttr(PyObject* self, PyObject* name) {
   if (code == kConnect) return newBound(self, *c->ci, nullptr, BoundMode::Connector);
   if (code == kLookupFailed) return nullptr;
   PyObject* r = PyObject_GenericGetAttr(self, name);
-  if (!r && PyErr_ExceptionMatches(PyExc_AttributeError)) {
-    const char* s = PyUnicode_AsUTF8(name);
-    if (s && !isDunder(s)) {
-      PyErr_Clear();
-      raiseNoMember(self, name, *c->ci);
-    }
+  if (!r && !isDunder(name) && PyErr_ExceptionMatches(PyExc_AttributeError)) {
+    PyErr_Clear();
+    raiseNoMember(self, name, *c->ci);
   }
   return r;
 }
@@ -144,8 +153,7 @@ int objectSetAttr(PyObject* self, PyObject* name, PyObject* value) {
   if (code == kLookupFailed) return -1;
   if (code < 0) {
     if (PyObject_GenericSetAttr(self, name, value) == 0) return 0;
-    const char* s = PyUnicode_AsUTF8(name);
-    if (s && !isDunder(s) && PyErr_ExceptionMatches(PyExc_AttributeError)) {
+    if (!isDunder(name) && PyErr_ExceptionMatches(PyExc_AttributeError)) {
       PyErr_Clear();
       raiseNoMember(self, name, *c->ci);
     }
@@ -235,6 +243,7 @@ PyMemberDef objectMembers[] = {
 PyType_Slot objectSlots[] = {
     {Py_tp_new, reinterpret_cast<void*>(objectNew)},
     {Py_tp_dealloc, reinterpret_cast<void*>(objectDealloc)},
+    {Py_tp_finalize, reinterpret_cast<void*>(objectFinalize)},
     {Py_tp_traverse, reinterpret_cast<void*>(objectTraverse)},
     {Py_tp_clear, reinterpret_cast<void*>(objectClear)},
     {Py_tp_getattro, reinterpret_cast<void*>(objectGetAttr)},
@@ -456,7 +465,7 @@ PyTypeObject* makeType(ClassCache& c) {
             setItem(dict, "__slots__", PyTuple_New(0));
   for (size_t i = 0; ok && i < ci.members().size(); ++i) {
     const MemberInfo& m = ci.members()[i];
-    if (isDunder(m.name)) continue;
+    if (isDunderText(m.name)) continue;
     ok = setItem(dict, m.name.c_str(), c.direct[i] ? newProperty(ci, m) : newBound(nullptr, ci, &m, BoundMode::Member));
   }
   if (ok && hasConnector(ci))
@@ -485,12 +494,12 @@ PyTypeObject* makeType(ClassCache& c) {
 long lookupName(ClassCache& c, PyObject* name) {
   if (PyObject* hit = PyDict_GetItemWithError(c.names, name)) return PyLong_AsLong(hit);
   if (PyErr_Occurred()) return kLookupFailed;
-  Py_ssize_t len = 0;
-  const char* s = PyUnicode_AsUTF8AndSize(name, &len);
-  if (!s) return kLookupFailed;
+  std::string_view n;
+  const int valid = nameOf(name, n);
+  if (valid < 0) return kLookupFailed;
   long code = kNotMember;
-  std::string_view n(s, static_cast<size_t>(len));
-  if (isDunder(n)) code = kNotMember;
+  // A name with a NUL or a lone surrogate is no member's; so are Python's own names.
+  if (!valid || isDunderText(n)) code = kNotMember;
   else if (n == "connect" && hasConnector(*c.ci)) code = kConnect;
   else if (const MemberInfo* m = c.ci->find(n)) code = static_cast<long>(m - c.ci->members().data());
   // Names that are no member are remembered too, but not without bound (getattr with made-up names).

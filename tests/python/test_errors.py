@@ -1,13 +1,11 @@
 """Errors reach the script as tessel.Error; the dialog and termination seams."""
 import pickle
-import subprocess
-import sys
 import textwrap
-from pathlib import Path
 
 import pytest
 
 import tessel
+from conftest import run_python
 
 
 def signed(number):
@@ -75,7 +73,7 @@ def test_a_failing_answerer_reaches_the_script(probe):
     with pytest.raises(RuntimeError) as e:
         probe.FAIL(53)
     assert isinstance(e.value.__context__, tessel.Error)  # the dialog was aborted
-    for wrong in ("Maybe", "Yes", 3):
+    for wrong in ("Maybe", "Yes", 3, "Ignore\0junk", "\ud800"):
         tessel.set_message_box(lambda *args, w=wrong: w)
         with pytest.raises(ValueError):
             probe.FAIL(53)
@@ -126,9 +124,7 @@ def test_termination_ends_the_interpreter_without_losing_output():
         print("after")
         """
     )
-    build = Path(tessel.__file__).resolve().parent.parent
-    run = subprocess.run([sys.executable, "-c", script], capture_output=True, text=True,
-                         env={"PYTHONPATH": str(build)}, timeout=60)
+    run = run_python(script)
     assert run.returncode == 1
     assert run.stdout.split() == ["before", "finally"]
 

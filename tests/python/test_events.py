@@ -1,11 +1,14 @@
 """Events: connecting, the connection's lifetime, arguments and ByRef cells, and what happens
 when a callback fails."""
+import concurrent.futures
 import gc
+import textwrap
 import weakref
 
 import pytest
 
 import tessel
+from conftest import run_python
 
 
 def test_callbacks_receive_events(rect):
@@ -65,6 +68,12 @@ def test_handlers_live_as_long_as_their_source_and_cycles_are_collected():
     gc.collect()
     assert source() is None and gone() is None
     assert not conn.connected  # the source is gone; the kept connection does not keep it
+
+    # Without a cycle the source goes as soon as Python lets go, its connections with it.
+    rect = tessel.cls_DrawRect()
+    conn = rect.connect("MOVED", print)
+    del rect
+    assert not conn.connected
 
 
 def test_an_object_the_library_holds_keeps_its_handlers():
@@ -190,7 +199,60 @@ def test_connect_errors(rect, probe):
         rect.connect("MOVED", 5)
     with pytest.raises(TypeError):
         rect.connect("MOVED")
+    for name in ("MOVED\0junk", "\ud800", ""):
+        with pytest.raises(tessel.NoSuchMemberError):
+            rect.connect(name, print)
     # A member of the same name keeps everything but connect(event, callback).
     assert probe.connect(probe) == "cls_PyProbe"
     assert isinstance(probe.connect("KEY", print), tessel.Connection)
     assert probe.CONNECT("KEY") == "String"
+
+
+def test_daemon_threads_in_callbacks_do_not_break_the_interpreters_exit():
+    script = textwrap.dedent(
+        """
+        import threading, time, tessel, _tessel_testprobe
+        tessel.set_message_box(lambda *args: sum(range(50)) and "Ignore")
+        def worker(dialogs):
+            r, probe = tessel.cls_DrawRect(), tessel.cls_PyProbe()
+            r.connect("MOVED", lambda: sum(range(50)))
+            while True:
+                r.MOVEBY(1, 1)
+                if dialogs:
+                    probe.FAIL(53)  # the answerer runs while the library handles the error
+        for i in range(4):
+            threading.Thread(target=worker, args=(i % 2,), daemon=True).start()
+        time.sleep(0.2)
+        """
+    )
+    # The interpreter ends daemon threads wherever they are, often inside a callback.
+    with concurrent.futures.ThreadPoolExecutor(6) as pool:
+        runs = list(pool.map(lambda _: run_python(script), range(30)))
+    assert [(r.returncode, r.stderr) for r in runs if r.returncode] == []
+
+
+def test_callbacks_that_reenter_the_library_end_in_recursion_error():
+    script = textwrap.dedent(
+        """
+        import sys, tessel, _tessel_testprobe
+        sys.setrecursionlimit(100000)
+        r = tessel.cls_DrawRect()
+        conn = r.connect("MOVED", lambda: r.MOVEBY(1, 1))
+        try:
+            r.MOVEBY(1, 1)
+        except RecursionError:
+            print("handler", r.X > 50)
+        probe = tessel.cls_PyProbe()
+        tessel.set_message_box(lambda *args: probe.FAIL(53))
+        try:
+            probe.FAIL(53)
+        except RecursionError:
+            print("answerer", probe.ATTEMPTS > 50)
+        conn.disconnect()
+        tessel.set_message_box(None)
+        r.MOVEBY(1, 1)  # usable again once the stack has unwound
+        assert probe.SUM(1) == 11
+        """
+    )
+    run = run_python(script)
+    assert (run.returncode, run.stdout.split()) == (0, ["handler", "True", "answerer", "True"]), run.stderr

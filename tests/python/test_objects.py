@@ -1,6 +1,8 @@
 """The module's objects: the root object per thread, classes as callables, identity,
 enumerations, global objects and modules, introspection."""
+import copy
 import inspect
+import pickle
 import pydoc
 import threading
 import weakref
@@ -141,3 +143,45 @@ def test_help_shows_the_descriptions_and_parameters(probe):
     # Without descriptions the members are listed all the same.
     text = pydoc.render_doc(tessel.cls_DrawFlags, renderer=pydoc.plaintext)
     assert "SETFLAG(pKey, pValue)" in text and "count As Long  [get]" in text
+
+
+def _poke(obj):
+    """Every slot a script can reach on obj; each may raise, none may crash."""
+    for op in (repr, str, dir, bool, hash, len, iter, copy.copy, pickle.dumps, lambda o: o(),
+               lambda o: o[0], lambda o: o.__reduce_ex__(2), lambda o: o == o):
+        try:
+            op(obj)
+        except Exception:
+            pass
+    for name in dir(type(obj)):
+        try:
+            getattr(obj, name)
+        except Exception:
+            pass
+
+
+def test_the_modules_own_types_refuse_construction_and_cope_with_every_state(rect):
+    conn = rect.connect("MOVED", print)
+    samples = [rect, rect.MOVE, tessel.cls_DrawRect.MOVE, tessel.cls_DrawRect.X, tessel.DRAW.RECT.AUTO, conn,
+               tessel.Empty, tessel.ByRef(), tessel.Error("x"), tessel.cls_DrawRect, tessel.enm_Draw_Status]
+    types = {type(s) for s in samples}
+    types |= {t for mod in (tessel, tessel._tessel) for t in vars(mod).values() if isinstance(t, type)}
+    for t in sorted((t for t in types if t.__module__ == "tessel"), key=str):
+        for make in (lambda: t(), lambda: t.__new__(t), lambda: object.__new__(t)):
+            try:
+                made = make()
+            except (TypeError, tessel.Error):
+                continue
+            _poke(made)
+    for made in (tessel.Member, tessel.Property, tessel.Connection, type(tessel.Empty), tessel.Object,
+                 type(tessel.DRAW.RECT.AUTO)):
+        with pytest.raises(TypeError):
+            made()
+    conn.disconnect()
+    for s in samples:
+        _poke(s)
+    # Copies keep what they copy; objects whose state is the library's are not pickled.
+    assert copy.copy(tessel.ByRef(5)).value == 5 and copy.copy(tessel.Empty) is tessel.Empty
+    assert pickle.loads(pickle.dumps(tessel.Null)) is tessel.Null
+    with pytest.raises(TypeError):
+        pickle.dumps(rect.MOVE)

@@ -1,6 +1,7 @@
 """The type stub written at build time: it parses, and it names every class, member, event and
 enumeration of the type library as built."""
 import ast
+import os
 import subprocess
 import sys
 from pathlib import Path
@@ -70,6 +71,6 @@ def test_the_built_stub_is_current():
     """Written again from the library as built, the stub is the same: it is never stale."""
     out = subprocess.run([sys.executable, str(Path(__file__).parents[2] / "bindings/python/make_stub.py"), "/dev/stdout"],
                          capture_output=True, text=True, timeout=120,
-                         env={"PYTHONPATH": str(PACKAGE.parent)})
+                         env=dict(os.environ, PYTHONPATH=str(PACKAGE.parent)))
     assert out.returncode == 0, out.stderr
     assert out.stdout == STUB.read_text(encoding="utf-8")

@@ -3,8 +3,9 @@
 // covers the shapes of members that the Python host must handle and that the library's own
 // classes may not all have yet: properties with one and two parameters, a ByRef event, an event
 // with arguments, ByRef parameters, any error number through the error trap, a member named
-// like the host's own `connect`, a DELETE that releases what the object owns (no class of the
-// library has one yet), and one-line descriptions.
+// like the host's own `connect`, parameters named like the raw call's own (obj, name, kind), a
+// DELETE that releases what the object owns (no class of the library has one yet), and
+// one-line descriptions.
 #include <pybind11/pybind11.h>
 
 #include <tessel/core/TypeLib.h>
@@ -44,6 +45,9 @@ class cls_PyProbe final : public ObjectOf<cls_PyProbe> {
     return std::u16string(n.begin(), n.end());
   }
   int32_t SUM(int32_t pA, int32_t pB, int32_t pC) { return pA + pB + pC; }
+  std::u16string JOIN(const std::u16string& obj, const std::u16string& name, const std::u16string& kind) {
+    return obj + u"/" + name + u"/" + kind;
+  }
   void BUMP(int32_t& pCounter, Variant& pCell) {
     pCounter += 1;
     pCell = Variant(u"bumped");
@@ -103,6 +107,7 @@ const ClassInfo& cls_PyProbe::typeInfo() {
       .method("ECHO", &C::ECHO, {opt("pAny")})
       .method("KIND", &C::KIND, {opt("pAny")})
       .method("SUM", &C::SUM, {"pA", opt("pB", 10), opt("pC")})
+      .method("JOIN", &C::JOIN, {"obj", "name", "kind"})
       .method("BUMP", &C::BUMP, {"pCounter", "pCell"})
       .method("PRESS", &C::PRESS, {"pKey"})
       .method("FAIL", &C::FAIL, {"pNumber"})
