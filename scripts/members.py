@@ -510,9 +510,12 @@ def wrapper(world, table, e, m, s, module):
     probe = f"MemberProbe::check({args});"
     ret = "" if s.result == "void" else "return "
     lines = [f"{head} {{"]
-    # A member that may raise an event outlives the handlers that drop its object.
-    if not module and not s.const and any(x.kind == "event" for x in e.members):
-        lines.append("  KeepAlive alive(this);")
+    # A member that may raise an event outlives the handlers that drop its object. Only handlers
+    # can do that, so an object without any pays nothing for it.
+    events = [x.name for x in e.members if x.kind == "event"]
+    if not module and not s.const and events:
+        idle = " && ".join(f"{name}.empty()" for name in events)
+        lines.append(f"  KeepAlive alive({idle} ? nullptr : this);")
     if s.tag == "Procedure&":
         lines += [f"  Procedure p{{{proc}}};",
                   f"  p.step([&] {{ {probe} }});",

@@ -33,6 +33,9 @@ class Event {
     return Connection(std::move(slot));
   }
 
+  // No handler was ever connected, or the last raise found none left: raising calls nobody.
+  bool empty() const noexcept { return slots_.empty(); }
+
   bool hasListeners() const noexcept {
     for (auto& w : slots_)
       if (!w.expired()) return true;
