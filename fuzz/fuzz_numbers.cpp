@@ -4,41 +4,23 @@
 //
 // Input: the first byte picks the character width (low bit: one byte or two bytes per UTF-16
 // unit); the rest is the text.
+#include "FuzzSupport.h"
+
 #include <tessel/core/Checked.h>
 #include <tessel/core/Error.h>
-#include <tessel/core/MessageBox.h>
 #include <tessel/core/Text.h>
 #include <tessel/core/Variant.h>
 
 #include <cfloat>
 #include <cmath>
 #include <cstdint>
-#include <cstdio>
-#include <cstdlib>
 #include <optional>
 #include <string>
 
 using namespace tessel;
+using tessel::fuzzing::textOf;
 
 namespace {
-
-#define CHECK(cond)                                                          \
-  do {                                                                       \
-    if (!(cond)) {                                                           \
-      std::fprintf(stderr, "check failed: %s (line %d)\n", #cond, __LINE__); \
-      std::abort();                                                          \
-    }                                                                        \
-  } while (0)
-
-std::u16string textOf(const uint8_t* data, size_t size, bool wide) {
-  std::u16string t;
-  if (wide) {
-    for (size_t k = 0; k + 1 < size; k += 2) t.push_back(static_cast<char16_t>(data[k] | data[k + 1] << 8));
-  } else {
-    for (size_t k = 0; k < size; ++k) t.push_back(static_cast<char16_t>(data[k]));
-  }
-  return t;
-}
 
 // The value of a conversion, or nothing when it raised; any other error is a finding.
 template <class F>
@@ -83,10 +65,7 @@ void checkNumber(const std::u16string& text) {
 }  // namespace
 
 extern "C" int LLVMFuzzerInitialize(int*, char***) {
-  setMessageBoxHandler([](const MsgBoxRequest& r) -> MsgResult {
-    std::fprintf(stderr, "unexpected dialog: %s\n", r.prompt.c_str());
-    std::abort();
-  });
+  fuzzing::refuseDialogs();
   return 0;
 }
 

@@ -3,6 +3,8 @@
 //
 // Input: the first byte picks the character width (low bit: one byte or two bytes per UTF-16
 // unit) and the splitter's separator; the rest is the text.
+#include "FuzzSupport.h"
+
 #include <tessel/core/Error.h>
 #include <tessel/core/MessageBox.h>
 #include <tessel/core/Variant.h>
@@ -15,26 +17,9 @@
 #include <string>
 
 using namespace tessel;
+using tessel::fuzzing::textOf;
 
 namespace {
-
-#define CHECK(cond)                                                  \
-  do {                                                               \
-    if (!(cond)) {                                                   \
-      std::fprintf(stderr, "check failed: %s (line %d)\n", #cond, __LINE__); \
-      std::abort();                                                  \
-    }                                                                \
-  } while (0)
-
-std::u16string textOf(const uint8_t* data, size_t size, bool wide) {
-  std::u16string t;
-  if (wide) {
-    for (size_t k = 0; k + 1 < size; k += 2) t.push_back(static_cast<char16_t>(data[k] | data[k + 1] << 8));
-  } else {
-    for (size_t k = 0; k < size; ++k) t.push_back(static_cast<char16_t>(data[k]));
-  }
-  return t;
-}
 
 bool isByteValue(const Variant& v) { return v.type() == VarType::Long && v.toLong() >= 0 && v.toLong() <= 255; }
 
@@ -109,11 +94,7 @@ void checkColours(const std::u16string& text) {
 }  // namespace
 
 extern "C" int LLVMFuzzerInitialize(int*, char***) {
-  // No dialog may come up here; should one be asked for, that is a finding.
-  setMessageBoxHandler([](const MsgBoxRequest& r) -> MsgResult {
-    std::fprintf(stderr, "unexpected dialog: %s\n", r.prompt.c_str());
-    std::abort();
-  });
+  fuzzing::refuseDialogs();
   return 0;
 }
 
