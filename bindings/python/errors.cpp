@@ -151,7 +151,9 @@ void raiseNoMember(PyObject* obj, PyObject* name, const ClassInfo& ci) {
                    : PyUnicode_FromFormat("'%s' object has no member '%U'. Did you mean: '%s'?", ci.name().c_str(), name,
                                           like.c_str());
   if (!message) return;
-  raiseError(Error(rt::NoSuchMember, runtimeErrorText(rt::NoSuchMember)), name, obj, message);
+  const std::string text = runtimeErrorText(rt::NoSuchMember) + ": " + (valid ? std::string(attribute) : "kein gültiger Name");
+  raiseError(Error(rt::NoSuchMember, text, valid ? ci.name() + "." + std::string(attribute) : ci.name()), name, obj,
+             message);
   Py_DECREF(message);
 }
 

@@ -253,7 +253,10 @@ PyObject* connectEvent(PyObject* source, PyObject* event, PyObject* callback) {
   if (valid < 0) return nullptr;
   return guarded([&]() -> PyObject* {
     const EventInfo* info = valid ? obj->classInfo().findEvent(name) : nullptr;
-    if (!info) raise(rt::NoSuchMember);
+    if (!info) {
+      if (!valid) RaiseCallError(rt::NoSuchMember, *obj, "", "kein gültiger Name");
+      RaiseCallError(rt::NoSuchMember, *obj, name, "kein Ereignis " + std::string(name));
+    }
     auto* s = asInstance(source);
     if (!s->links && !(s->links = PyList_New(0))) return nullptr;
     auto* c = PyObject_GC_New(ConnectionObject, gConnectionType);

@@ -445,7 +445,7 @@ PyObject* callMember(Object* target, const MemberInfo* member, InvokeKind kind, 
     }
     if (!member) {
       member = target->classInfo().defaultMember();
-      if (!member) raise(rt::NoSuchMember);
+      if (!member) RaiseCallError(rt::NoSuchMember, *target, "", "kein Standardmember");
     }
     Variant result = Invoke(*member, target, kind, std::span<Variant>(argv.data(), total),
                             std::span<NamedArg>(named.data(), named.size()));

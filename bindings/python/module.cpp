@@ -60,7 +60,9 @@ PyObject* invoke(PyObject*, PyObject* const* args, Py_ssize_t nargsf, PyObject* 
     return guarded([&]() -> PyObject* {
       Variant v;
       if (!target && !toVariant(args[0], v)) return nullptr;
-      raise(target ? rt::NoSuchMember : args[0] == Py_None ? rt::ObjectNotSet : 424);
+      if (!target) raise(args[0] == Py_None ? rt::ObjectNotSet : 424);
+      if (!valid) RaiseCallError(rt::NoSuchMember, *target, "", "kein gültiger Name");
+      RaiseCallError(rt::NoSuchMember, *target, name, name.empty() ? "kein Standardmember" : name);
     });
   }
   return callMember(target, member, kind, args + 3, static_cast<size_t>(nargs - 3), kwnames, nullptr);

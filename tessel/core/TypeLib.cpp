@@ -194,18 +194,15 @@ void fail(std::vector<Variant> args) {
 }
 }  // namespace MemberProbe
 
-namespace {
-
-// Automation's own errors of a late-bound call (438, 448, 449, 450), raised as they are but
-// naming the member as their source and what is wrong in the text: "Benanntes Argument nicht
-// gefunden: pQ" from "cls_DrawRect.MOVE".
-[[noreturn]] void raiseCall(int32_t number, const Object& target, std::string_view member, std::string_view what) {
+void RaiseCallError(int32_t number, const Object& target, std::string_view member, std::string_view what) {
   std::string text = runtimeErrorText(number);
   if (!what.empty()) text += ": " + std::string(what);
   std::string source = target.classInfo().name();
   if (!member.empty()) source += "." + std::string(member);
   throw Error(number, std::move(text), std::move(source));
 }
+
+namespace {
 
 std::string countText(size_t given, size_t most) {
   return std::to_string(given) + (given == 1 ? " Argument" : " Argumente") + ", höchstens " + std::to_string(most);
@@ -226,7 +223,7 @@ Variant Invoke(const MemberInfo& member, Object* target, InvokeKind kind, std::s
                std::span<NamedArg> named) {
   if (!target) raise(rt::ObjectNotSet);
   const Accessor* acc = member.accessor(kind);
-  if (!acc) raiseCall(rt::NoSuchMember, *target, member.name, accessorText(kind));
+  if (!acc) RaiseCallError(rt::NoSuchMember, *target, member.name, accessorText(kind));
   const bool assigns = isAssignment(kind);
   const size_t n = acc->params.size();
 
@@ -238,11 +235,11 @@ Variant Invoke(const MemberInfo& member, Object* target, InvokeKind kind, std::s
     if (complete) return acc->call(target, args.data());
   }
 
-  if (assigns && args.empty()) raiseCall(rt::WrongArgumentCount, *target, member.name, "kein Wert zum Zuweisen");
+  if (assigns && args.empty()) RaiseCallError(rt::WrongArgumentCount, *target, member.name, "kein Wert zum Zuweisen");
   const size_t indexCount = assigns ? n - 1 : n;
   const size_t positional = assigns ? args.size() - 1 : args.size();
   if (positional > indexCount)
-    raiseCall(rt::WrongArgumentCount, *target, member.name, countText(positional, indexCount));
+    RaiseCallError(rt::WrongArgumentCount, *target, member.name, countText(positional, indexCount));
 
   std::vector<Variant> full(n, Variant::missing());
   std::vector<Variant*> origin(n, nullptr);
@@ -255,7 +252,7 @@ Variant Invoke(const MemberInfo& member, Object* target, InvokeKind kind, std::s
   for (auto& na : named) {
     size_t k = 0;
     while (k < indexCount && !equalsIgnoreCase(acc->params[k].name, na.name)) ++k;
-    if (k == indexCount || given[k]) raiseCall(rt::NamedArgumentNotFound, *target, member.name, na.name);
+    if (k == indexCount || given[k]) RaiseCallError(rt::NamedArgumentNotFound, *target, member.name, na.name);
     full[k] = na.value;
     origin[k] = &na.value;
     given[k] = true;
@@ -265,7 +262,7 @@ Variant Invoke(const MemberInfo& member, Object* target, InvokeKind kind, std::s
     if (given[k] && !full[k].isMissing()) continue;
     const ParamInfo& p = acc->params[k];
     if (p.hasDefault) full[k] = p.defaultValue;
-    else if (!p.optional) raiseCall(rt::ArgumentNotOptional, *target, member.name, p.name);
+    else if (!p.optional) RaiseCallError(rt::ArgumentNotOptional, *target, member.name, p.name);
   }
   Variant result = acc->call(target, full.data());
   for (size_t k = 0; k < indexCount; ++k)
@@ -278,7 +275,7 @@ Variant Invoke(Object* target, std::string_view name, InvokeKind kind, std::span
   if (!target) raise(rt::ObjectNotSet);
   const ClassInfo& ci = target->classInfo();
   const MemberInfo* m = name.empty() ? ci.defaultMember() : ci.find(name);
-  if (!m) raiseCall(rt::NoSuchMember, *target, name, name.empty() ? "kein Standardmember" : name);
+  if (!m) RaiseCallError(rt::NoSuchMember, *target, name, name.empty() ? "kein Standardmember" : name);
   return Invoke(*m, target, kind, args, named);
 }
 
@@ -295,7 +292,7 @@ Variant Invoke(Object* target, std::string_view name, InvokeKind kind, std::init
 
 Connection ConnectEvent(Object& source, std::string_view name, std::function<void(std::span<Variant>)> handler) {
   const EventInfo* e = source.classInfo().findEvent(name);
-  if (!e) raiseCall(rt::NoSuchMember, source, name, "kein Ereignis " + std::string(name));
+  if (!e) RaiseCallError(rt::NoSuchMember, source, name, "kein Ereignis " + std::string(name));
   return e->connect(source, std::move(handler));
 }
 

@@ -169,6 +169,12 @@ Variant Invoke(const MemberInfo& member, Object* target, InvokeKind kind, std::s
 // Convenience for C++ callers: Invoke(obj, "MOVE", InvokeKind::Method, {1, 2}).
 Variant Invoke(Object* target, std::string_view name, InvokeKind kind, std::initializer_list<Variant> args);
 
+// Automation's own error of a late-bound call (438, 448, 449, 450), naming the member as its
+// source ("cls_DrawRect.MOVE", the class alone for an empty name) and what is wrong after its
+// text ("Benanntes Argument nicht gefunden: pZ"). Hosts raise their own lookups' failures so.
+[[noreturn]] void RaiseCallError(int32_t number, const Object& target, std::string_view member,
+                                 std::string_view what);
+
 // Connects a handler to an event by name; 438 when the object has no such event.
 Connection ConnectEvent(Object& source, std::string_view name, std::function<void(std::span<Variant>)> handler);
 

@@ -28,10 +28,21 @@ def test_errors_carry_number_source_and_description(rect, probe):
     with pytest.raises(tessel.Error) as info:
         tessel.mdl_Global.UNHEX("80000000", 0)
     assert (info.value.number, info.value.source) == (signed(0x80040006), "mdl_Global.UNHEX")
-    # The host's own errors keep their plain numbers.
+    # Automation's own errors keep their plain numbers, and name the member and what is wrong,
+    # however the lookup was made.
     with pytest.raises(tessel.Error) as info:
         tessel.invoke(rect, "NOSUCH", "method")
     assert info.value.number == 438
+    calls = [(lambda: tessel.invoke(rect, "NOSUCH", "method"), "cls_DrawRect.NOSUCH", ": NOSUCH"),
+             (lambda: rect.NOSUCH, "cls_DrawRect.NOSUCH", ": NOSUCH"),
+             (lambda: rect.connect("MOVED\x00junk", print), "cls_DrawRect", ": kein gültiger Name"),
+             (lambda: rect(), "cls_DrawRect", ": kein Standardmember"),
+             (lambda: tessel.DRAW.RECT(pX=10), "cls_DrawToolRect.AUTO", "nicht gefunden: pX"),
+             (lambda: rect.MOVE(1), "cls_DrawRect.MOVE", "nicht optional: pY")]
+    for call, source, text in calls:
+        with pytest.raises(tessel.Error) as info:
+            call()
+        assert info.value.source == source and info.value.description.endswith(text), info.value
 
     copy = pickle.loads(pickle.dumps(e))
     assert (copy.number, copy.source, copy.description) == (e.number, e.source, e.description)
