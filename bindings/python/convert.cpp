@@ -228,7 +228,9 @@ bool toVariant(PyObject* o, Variant& out) {
     long long v = PyLong_AsLongLongAndOverflow(o, &overflow);
     if (!overflow) {
       if (v == -1 && PyErr_Occurred()) return false;
-      out = Variant(static_cast<int64_t>(v));  // Long when it fits, else Double
+      // Long when it fits, else LongLong (a native handle is one); beyond 64 bits a Double.
+      if (v >= INT32_MIN && v <= INT32_MAX) out = Variant(static_cast<int32_t>(v));
+      else out = Variant(static_cast<int64_t>(v));
       return true;
     }
     double d = PyLong_AsDouble(o);
@@ -303,6 +305,7 @@ PyObject* fromVariant(const Variant& v) {
     case VarType::Byte:
     case VarType::Integer:
     case VarType::Long: return PyLong_FromLong(v.toLong());
+    case VarType::LongLong: return PyLong_FromLongLong(v.toLongLong());
     case VarType::Single: return PyFloat_FromDouble(singleToDouble(v.toSingle()));
     case VarType::Double: return PyFloat_FromDouble(v.toDouble());
     case VarType::String: return fromUtf16(v.str());

@@ -217,6 +217,7 @@ std::string typeNameOf() {
   else if constexpr (std::is_same_v<B, uint8_t>) return "Byte";
   else if constexpr (std::is_same_v<B, int16_t>) return "Integer";
   else if constexpr (std::is_same_v<B, int32_t>) return "Long";
+  else if constexpr (std::is_same_v<B, int64_t>) return "LongLong";
   else if constexpr (std::is_same_v<B, float>) return "Single";
   else if constexpr (std::is_same_v<B, double>) return "Double";
   else if constexpr (std::is_same_v<B, std::u16string>) return "String";
@@ -247,6 +248,7 @@ T fromVariant(const Variant& v, bool assigned = false) {
     else if constexpr (std::is_same_v<T, uint8_t>) return v.toByte();
     else if constexpr (std::is_same_v<T, int16_t>) return v.toInteger();
     else if constexpr (std::is_same_v<T, int32_t>) return v.toLong();
+    else if constexpr (std::is_same_v<T, int64_t>) return v.toLongLong();
     else if constexpr (std::is_same_v<T, float>) return v.toSingle();
     else if constexpr (std::is_same_v<T, double>) return v.toDouble();
     else if constexpr (std::is_same_v<T, std::u16string>) return v.toString();

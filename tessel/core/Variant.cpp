@@ -12,22 +12,12 @@
 
 namespace tessel {
 
-Variant::Variant(int64_t v) noexcept {
-  if (v >= std::numeric_limits<int32_t>::min() && v <= std::numeric_limits<int32_t>::max()) {
-    t_ = VarType::Long;
-    n_.l = static_cast<int32_t>(v);
-  } else {
-    t_ = VarType::Double;
-    n_.d = static_cast<double>(v);
-  }
-}
-
 Variant::Variant(const char* utf8) : t_(VarType::String), s_(toUtf16(utf8 ? utf8 : "")) {}
 
 bool Variant::isNumeric() const noexcept {
   switch (t_) {
     case VarType::Boolean: case VarType::Byte: case VarType::Integer: case VarType::Long:
-    case VarType::Single: case VarType::Double:
+    case VarType::LongLong: case VarType::Single: case VarType::Double:
       return true;
     default:
       return false;
@@ -108,6 +98,12 @@ double readLeadingNumber(std::u16string_view t) noexcept {
   return std::isfinite(d) ? d : 0;
 }
 
+// A LongLong into a narrower whole type: exact, 6 outside [lo, hi].
+static int64_t wholeIn(int64_t v, int64_t lo, int64_t hi) {
+  if (v < lo || v > hi) raise(rt::Overflow);
+  return v;
+}
+
 int64_t roundToWhole(double v, double lo, double hi) {
   if (std::isnan(v)) raise(rt::Overflow);
   double r = roundHalfEven(v);
@@ -132,6 +128,7 @@ double Variant::numberOrRaise() const {
     case VarType::Byte: return n_.by;
     case VarType::Integer: return n_.i;
     case VarType::Long: return n_.l;
+    case VarType::LongLong: return static_cast<double>(n_.ll);
     case VarType::Single: return n_.f;
     case VarType::Double: return n_.d;
     case VarType::String: {
@@ -158,17 +155,37 @@ bool Variant::toBool() const {
 
 uint8_t Variant::toByte() const {
   if (t_ == VarType::Byte) return n_.by;
+  if (t_ == VarType::LongLong) return static_cast<uint8_t>(wholeIn(n_.ll, 0, 255));
   return static_cast<uint8_t>(roundToWhole(numberOrRaise(), 0, 255));
 }
 
 int16_t Variant::toInteger() const {
   if (t_ == VarType::Integer) return n_.i;
+  if (t_ == VarType::LongLong) return static_cast<int16_t>(wholeIn(n_.ll, -32768, 32767));
   return static_cast<int16_t>(roundToWhole(numberOrRaise(), -32768, 32767));
 }
 
 int32_t Variant::toLong() const {
   if (t_ == VarType::Long) return n_.l;
+  if (t_ == VarType::LongLong) return static_cast<int32_t>(wholeIn(n_.ll, INT32_MIN, INT32_MAX));
   return static_cast<int32_t>(roundToWhole(numberOrRaise(), -2147483648.0, 2147483647.0));
+}
+
+int64_t Variant::toLongLong() const {
+  switch (t_) {
+    case VarType::LongLong: return n_.ll;
+    case VarType::Long: return n_.l;
+    case VarType::Integer: return n_.i;
+    case VarType::Byte: return n_.by;
+    default: {
+      // 2^63 is the first double beyond the range; every double below it fits.
+      const double d = numberOrRaise();
+      if (std::isnan(d)) raise(rt::Overflow);
+      const double r = roundHalfEven(d);
+      if (r >= 9223372036854775808.0 || r < -9223372036854775808.0) raise(rt::Overflow);
+      return static_cast<int64_t>(r);
+    }
+  }
 }
 
 // Automation's Single and Double hold finite numbers only: infinity and NaN (which a host
@@ -194,6 +211,10 @@ std::u16string Variant::toString() const {
     case VarType::Double: return formatNumber(n_.d, 15);
     case VarType::Byte: case VarType::Integer: case VarType::Long:
       return formatNumber(numberOrRaise(), 15);
+    case VarType::LongLong: {
+      const std::string digits = std::to_string(n_.ll);  // every digit, as automation prints one
+      return std::u16string(digits.begin(), digits.end());
+    }
     case VarType::Null: raise(rt::InvalidUseOfNull);
     case VarType::Object:
       return defaultValue().toString();
@@ -216,6 +237,7 @@ bool operator==(const Variant& a, const Variant& b) noexcept {
     case VarType::Byte: return a.n_.by == b.n_.by;
     case VarType::Integer: return a.n_.i == b.n_.i;
     case VarType::Long: return a.n_.l == b.n_.l;
+    case VarType::LongLong: return a.n_.ll == b.n_.ll;
     case VarType::Single: return a.n_.f == b.n_.f;
     case VarType::Double: return a.n_.d == b.n_.d;
     case VarType::String: return a.s_ == b.s_;
@@ -230,6 +252,7 @@ std::string typeName(const Variant& v) {
     case VarType::Null: return "Null";
     case VarType::Integer: return "Integer";
     case VarType::Long: return "Long";
+    case VarType::LongLong: return "LongLong";
     case VarType::Single: return "Single";
     case VarType::Double: return "Double";
     case VarType::String: return "String";

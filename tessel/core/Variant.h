@@ -24,6 +24,7 @@ enum class VarType : uint16_t {
   Error = 10,  // only as Missing, the value of an omitted argument
   Boolean = 11,
   Byte = 17,
+  LongLong = 20,  // 64-bit: native handles, which are pointers here
   Array = 8192,  // the bare array marker
 };
 
@@ -34,7 +35,7 @@ class Variant {
   Variant(uint8_t v) noexcept : t_(VarType::Byte) { n_.by = v; }
   Variant(int16_t v) noexcept : t_(VarType::Integer) { n_.i = v; }
   Variant(int32_t v) noexcept : t_(VarType::Long) { n_.l = v; }
-  Variant(int64_t v) noexcept;  // Long when it fits, else Double
+  Variant(int64_t v) noexcept : t_(VarType::LongLong) { n_.ll = v; }
   Variant(float v) noexcept : t_(VarType::Single) { n_.f = v; }
   Variant(double v) noexcept : t_(VarType::Double) { n_.d = v; }
   Variant(std::u16string v) noexcept : t_(VarType::String), s_(std::move(v)) {}
@@ -60,7 +61,7 @@ class Variant {
   bool isString() const noexcept { return t_ == VarType::String; }
   bool isObject() const noexcept { return t_ == VarType::Object; }
   bool isNothing() const noexcept { return t_ == VarType::Object && !o_; }
-  bool isNumeric() const noexcept;  // Boolean, Byte, Integer, Long, Single, Double
+  bool isNumeric() const noexcept;  // Boolean, Byte, Integer, Long, LongLong, Single, Double
 
   // Raw access without conversion (the stored string / object; empty when of another type).
   const std::u16string& str() const noexcept { return s_; }
@@ -71,7 +72,8 @@ class Variant {
   bool toBool() const;
   uint8_t toByte() const;
   int16_t toInteger() const;
-  int32_t toLong() const;
+  int32_t toLong() const;  // a LongLong only when it fits, else 6
+  int64_t toLongLong() const;
   float toSingle() const;
   double toDouble() const;
   std::u16string toString() const;
@@ -93,6 +95,7 @@ class Variant {
     uint8_t by;
     int16_t i;
     int32_t l;
+    int64_t ll;
     float f;
     double d;
   } n_{};

@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+
 #include "TestSupport.h"
 
 #include <cfenv>
@@ -70,6 +72,33 @@ TEST(Variant, OutOfRangeIsOverflowAndNonNumbersAreMismatches) {
   EXPECT_EQ(raisedNumber([] { Variant::null().toLong(); }), 94);
   EXPECT_EQ(raisedNumber([] { Variant::nothing().toLong(); }), 91);
   EXPECT_EQ(raisedNumber([] { Variant(5).toObject(); }), 13);
+}
+
+// 64-bit values (native handles are pointers here) are never truncated: they narrow only when
+// they fit, and read back whole.
+TEST(Variant, LongLongHoldsSixtyFourBitsAndNarrowsOnlyWhenItFits) {
+  const int64_t handle = 0x7F12345678ABCDEFll;
+  const Variant v(handle);
+  EXPECT_EQ(v.type(), VarType::LongLong);
+  EXPECT_EQ(static_cast<int>(VarType::LongLong), 20);
+  EXPECT_EQ(typeName(v), "LongLong");
+  EXPECT_EQ(v.toLongLong(), handle);
+  EXPECT_EQ(v.toUtf8(), "9156438538393996783");  // every digit
+  EXPECT_EQ(v, Variant(handle));
+  EXPECT_FALSE(v == Variant(handle + 1));
+  EXPECT_EQ(raisedNumber([&] { v.toLong(); }), 6);
+  EXPECT_EQ(raisedNumber([] { Variant(int64_t(INT32_MAX) + 1).toLong(); }), 6);
+  EXPECT_EQ(Variant(int64_t(INT32_MIN)).toLong(), INT32_MIN);
+  EXPECT_EQ(Variant(int64_t(-32768)).toInteger(), -32768);
+  EXPECT_EQ(raisedNumber([] { Variant(int64_t(256)).toByte(); }), 6);
+  EXPECT_EQ(Variant(int64_t(1) << 40).toDouble(), 1099511627776.0);
+  // Into a LongLong: whole types exactly, others rounded half to even, 6 outside 64 bits.
+  EXPECT_EQ(Variant(2.5).toLongLong(), 2);
+  EXPECT_EQ(Variant(u"-9007199254740993").toLongLong(), -9007199254740992);  // read as a Double
+  EXPECT_EQ(Variant(int32_t(-7)).toLongLong(), -7);
+  EXPECT_EQ(raisedNumber([] { Variant(9223372036854775808.0).toLongLong(); }), 6);
+  EXPECT_EQ(Variant(-9223372036854775808.0).toLongLong(), INT64_MIN);
+  EXPECT_EQ(raisedNumber([] { Variant(std::nan("")).toLongLong(); }), 6);
 }
 
 TEST(Variant, TextsReadAsNumbersLikeTheHost) {

@@ -61,6 +61,7 @@ Variant zeroOf(const std::string& type) {
   if (type == "String") return Variant(std::u16string());
   if (type == "Variant") return Variant();
   if (type == "Long") return Variant(int32_t(0));
+  if (type == "LongLong") return Variant(int64_t(0));
   for (auto& e : TypeLib::enums())
     if (e.name == type) return Variant(int32_t(0));
   return Variant::nothing();  // an object of some class

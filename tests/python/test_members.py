@@ -160,7 +160,9 @@ def test_texts_keep_their_length_and_no_name_holds_nul_or_surrogates(rect, probe
         (7, "Long", 7),
         (2**31 - 1, "Long", 2**31 - 1),
         (-(2**31), "Long", -(2**31)),
-        (2**31, "Double", 2147483648.0),  # outside 32 bits: Double
+        (2**31, "LongLong", 2**31),  # outside 32 bits: 64-bit, as native handles are
+        (-(2**63), "LongLong", -(2**63)),
+        (2**63, "Double", 9223372036854775808.0),  # outside 64 bits: Double
         (1.5, "Double", 1.5),
         ("grüße 😀", "String", "grüße 😀"),  # outside the BMP: a surrogate pair on the way
         ("\ud800", "String", "\ud800"),  # a lone surrogate survives
