@@ -66,6 +66,17 @@ struct ImageCodecInfo {
   const uint8_t* SigMask;
 };
 
+// The plain records that flat-API calls take, laid out as GDI+ publishes them.
+struct GpRect {  // integer rectangle: corner and size
+  int32_t X, Y, Width, Height;
+};
+struct GpRectF {
+  REAL X, Y, Width, Height;
+};
+struct GpPointF {
+  REAL X, Y;
+};
+
 inline constexpr PixelFormat PixelFormat32bppARGB = 0x0026200A;
 inline constexpr PixelFormat PixelFormat32bppPARGB = 0x000E200B;
 inline constexpr int SmoothingModeAntiAlias = 4;
@@ -80,6 +91,8 @@ GpStatus GdipCreateBitmapFromScan0(int width, int height, int stride, PixelForma
                                    GpBitmap** bitmap);
 GpStatus GdipDisposeImage(GpImage* image);
 GpStatus GdipBitmapGetPixel(GpBitmap* bitmap, int x, int y, ARGB* color);
+GpStatus GdipGetImageWidth(GpImage* image, uint32_t* width);
+GpStatus GdipGetImageHeight(GpImage* image, uint32_t* height);
 GpStatus GdipGetImageEncodersSize(uint32_t* numEncoders, uint32_t* size);
 GpStatus GdipGetImageEncoders(uint32_t numEncoders, uint32_t size, ImageCodecInfo* encoders);
 GpStatus GdipSaveImageToFile(GpImage* image, const char16_t* filename, const GUID* encoder, const void* params);

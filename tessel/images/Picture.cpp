@@ -1,0 +1,27 @@
+#include <tessel/images/Picture.h>
+
+namespace tessel {
+
+int64_t Picture::Handle(Get) const { return reinterpret_cast<intptr_t>(bitmap_.get()); }
+int32_t Picture::Width(Get) const { return width_; }
+int32_t Picture::Height(Get) const { return height_; }
+int16_t Picture::Type(Get) const { return bitmap_ ? kPictureBitmap : kPictureNone; }
+
+Ref<Picture> mdl_GDIPlus::HandleToPicture(int64_t pHandle, int32_t pType, int64_t) {
+  return Trap(ProcInfo{"mdl_GDIPlus", "HandleToPicture"}, [&] {
+    if (pType != Picture::kPictureBitmap && !(pType == Picture::kPictureNone && pHandle == 0)) raise(rt::InvalidCall);
+    auto picture = make<Picture>();
+    auto* image = reinterpret_cast<GpImage*>(static_cast<intptr_t>(pHandle));
+    if (!image) return picture;
+    uint32_t width = 0, height = 0;
+    // The size first: a handle that is no image is refused before the picture takes it over.
+    if (!Succeeded(GdipGetImageWidth(image, &width)) || !Succeeded(GdipGetImageHeight(image, &height)))
+      raise(rt::InvalidCall);
+    picture->bitmap_.reset(image);
+    picture->width_ = static_cast<int32_t>(width);
+    picture->height_ = static_cast<int32_t>(height);
+    return picture;
+  });
+}
+
+}  // namespace tessel
