@@ -53,18 +53,11 @@ double residentMB() {
   return static_cast<double>(resident) * static_cast<double>(sysconf(_SC_PAGESIZE)) / (1024.0 * 1024.0);
 }
 
-std::vector<long> liveHandles() {
-  return {gp::BrushHandle::live(),         gp::PenHandle::live(),         gp::FontHandle::live(),
-          gp::FontFamilyHandle::live(),    gp::StringFormatHandle::live(), gp::ImageHandle::live(),
-          gp::ImageAttributesHandle::live(), gp::GraphicsHandle::live(),  gp::PathHandle::live(),
-          gp::MatrixHandle::live(),        gp::RegionHandle::live()};
-}
+std::vector<std::pair<const char*, long>> liveHandles() { return gp::LiveHandles(); }
 
-std::string handleText(const std::vector<long>& h) {
-  static const char* names[] = {"brush", "pen", "font", "family", "format", "image", "attributes", "graphics",
-                                "path", "matrix", "region"};
+std::string handleText(const std::vector<std::pair<const char*, long>>& handles) {
   std::string s;
-  for (size_t i = 0; i < h.size(); ++i) s += std::string(i ? " " : "") + names[i] + "=" + std::to_string(h[i]);
+  for (auto& [kind, count] : handles) s += std::string(s.empty() ? "" : " ") + kind + "=" + std::to_string(count);
   return s;
 }
 
@@ -373,7 +366,7 @@ int main() {
     wrong += warmUp.failures;
   }
 
-  const std::vector<long> handlesAtStart = liveHandles();
+  const auto handlesAtStart = liveHandles();
   const double start = residentMB();
   report("start (after warm-up)", start);
 

@@ -2,6 +2,8 @@
 // of the type library, and the raw late-bound call. The package tessel/__init__.py lays it out.
 #include "host.h"
 
+#include <tessel/core/mdl_GDIPlus.h>
+
 #include <tessel/core/Text.h>
 
 namespace tessel::python {
@@ -163,6 +165,15 @@ PYBIND11_MODULE(_tessel, m) {
   initObjectTypes(m);
   initEvents(m);
 
+  m.def(
+      "native_handles",
+      [] {
+        py::dict d;
+        for (auto& [kind, count] : mdl_GDIPlus::LiveHandles()) d[kind] = count;
+        return d;
+      },
+      "How many native objects of each kind the library owns right now, by kind: what a test\n"
+      "watches to see that nothing leaks.");
   m.def(
       "classes",
       [] {

@@ -13,6 +13,15 @@ std::recursive_mutex& TextLock() {
   return m;
 }
 
+std::vector<std::pair<const char*, long>> LiveHandles() {
+  return {{"brush", BrushHandle::live()},   {"pen", PenHandle::live()},
+          {"font", FontHandle::live()},     {"family", FontFamilyHandle::live()},
+          {"format", StringFormatHandle::live()}, {"image", ImageHandle::live()},
+          {"attributes", ImageAttributesHandle::live()}, {"graphics", GraphicsHandle::live()},
+          {"path", PathHandle::live()},     {"matrix", MatrixHandle::live()},
+          {"region", RegionHandle::live()}};
+}
+
 bool Succeeded(GpStatus status) { return mdl_Global::Execute(status) == enm_Draw_Status::OK; }
 
 void Check(GpStatus status) {

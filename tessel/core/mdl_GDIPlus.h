@@ -10,6 +10,8 @@
 #include <tessel/core/enm_Draw_Status.h>
 
 #include <cstdint>
+#include <utility>
+#include <vector>
 #include <mutex>
 #include <string>
 
@@ -132,6 +134,11 @@ using GraphicsHandle = Handle<GpGraphics, &GdipDeleteGraphics>;
 using PathHandle = Handle<GpPath, &GdipDeletePath>;
 using MatrixHandle = Handle<GpMatrix, &GdipDeleteMatrix>;
 using RegionHandle = Handle<GpRegion, &GdipDeleteRegion>;
+
+// How many native objects of each kind handles own right now, process-wide, by kind name
+// ("brush", "pen", "font", "family", "format", "image", "attributes", "graphics", "path",
+// "matrix", "region"): what tests and the soak watch to prove that nothing leaks.
+std::vector<std::pair<const char*, long>> LiveHandles();
 
 // The run-time error a failing status becomes: one of the numbers the error handler answers
 // with "continue". A non-OK status is no error by itself; it only ends the native steps that

@@ -185,3 +185,10 @@ def test_the_modules_own_types_refuse_construction_and_cope_with_every_state(rec
     assert pickle.loads(pickle.dumps(tessel.Null)) is tessel.Null
     with pytest.raises(TypeError):
         pickle.dumps(rect.MOVE)
+
+
+def test_native_handles_are_counted_by_kind():
+    counts = tessel.native_handles()
+    assert {"brush", "pen", "font", "image", "graphics", "path"} <= set(counts)
+    assert all(isinstance(n, int) and n >= 0 for n in counts.values())
+    assert tessel.native_handles() == counts  # reading them makes none

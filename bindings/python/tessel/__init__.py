@@ -32,6 +32,7 @@ from ._tessel import (  # noqa: F401  (the public names of the package)
     Property,
     TypeMismatchError,
     invoke,
+    native_handles,
     set_message_box,
     set_terminate,
 )
