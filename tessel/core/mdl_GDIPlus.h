@@ -78,6 +78,10 @@ struct GpRectF {
 struct GpPointF {
   REAL X, Y;
 };
+struct ColorMatrix {  // row-major, as GDI+ reads it
+  REAL m[5][5];
+};
+inline constexpr int UnitPixel = 2;
 
 inline constexpr PixelFormat PixelFormat32bppARGB = 0x0026200A;
 inline constexpr PixelFormat PixelFormat32bppPARGB = 0x000E200B;
@@ -107,8 +111,20 @@ GpStatus GdipSetSmoothingMode(GpGraphics* graphics, int mode);
 GpStatus GdipFillRectangle(GpGraphics* graphics, GpBrush* brush, REAL x, REAL y, REAL width, REAL height);
 GpStatus GdipFillEllipse(GpGraphics* graphics, GpBrush* brush, REAL x, REAL y, REAL width, REAL height);
 
+GpStatus GdipBitmapSetPixel(GpBitmap* bitmap, int x, int y, ARGB color);
+GpStatus GdipDrawImageRectRectI(GpGraphics* graphics, GpImage* image, int dstX, int dstY, int dstWidth,
+                                int dstHeight, int srcX, int srcY, int srcWidth, int srcHeight, int srcUnit,
+                                const GpImageAttributes* attributes, void* callback, void* callbackData);
+
 // Brushes.
 GpStatus GdipCreateSolidFill(ARGB color, GpSolidFill** brush);
+
+// Image attributes: a colour matrix and a grey matrix that recolour what is drawn through them.
+GpStatus GdipCreateImageAttributes(GpImageAttributes** attributes);
+GpStatus GdipCloneImageAttributes(const GpImageAttributes* attributes, GpImageAttributes** clone);
+GpStatus GdipSetImageAttributesColorMatrix(GpImageAttributes* attributes, int adjustType, int enable,
+                                           const ColorMatrix* colorMatrix, const ColorMatrix* greyMatrix,
+                                           int flags);
 
 // Freeing, with GdipDisposeImage and GdipDeleteGraphics above. Called only by the handles below.
 GpStatus GdipDeleteBrush(GpBrush* brush);

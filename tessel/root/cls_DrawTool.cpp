@@ -46,6 +46,10 @@ Ref<cls_DrawToolPoint> cls_DrawTool::POINT(Get) const { return hFactory(point_);
 
 void cls_DrawTool::POINT(Set, Ref<cls_DrawToolPoint> v) { point_ = std::move(v); }
 
+Ref<cls_DrawToolImageAttributes> cls_DrawTool::imageAttributes(Get) const { return hFactory(imageAttributes_); }
+
+void cls_DrawTool::imageAttributes(Set, Ref<cls_DrawToolImageAttributes> v) { imageAttributes_ = std::move(v); }
+
 bool cls_DrawTool::READY(Call) const { return ready_; }
 
 // A private procedure with a trap of its own, as the object model has it.

@@ -9,6 +9,7 @@
 #include <tessel/core/mdl_GDIPlus.h>
 #include <tessel/geometry/cls_DrawToolPoint.h>
 #include <tessel/geometry/cls_DrawToolRect.h>
+#include <tessel/resources/cls_DrawToolImageAttributes.h>
 #include <tessel/root/cls_DrawTool.members.h>
 #include <tessel/root/sys_Global.h>
 
@@ -46,6 +47,7 @@ class cls_DrawTool final : public ObjectOf<cls_DrawTool> {
   mutable Ref<cls_DrawToolRect> rect_;
   mutable Ref<cls_DrawToolPoint> point_;
   mutable Ref<cls_DrawToolColor> color_;
+  mutable Ref<cls_DrawToolImageAttributes> imageAttributes_;
 };
 
 }  // namespace tessel
