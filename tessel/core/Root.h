@@ -9,6 +9,8 @@
 #include <tessel/core/Error.h>
 #include <tessel/core/Object.h>
 
+#include <string>
+
 namespace tessel {
 
 template <class Factory>
@@ -24,6 +26,13 @@ Ref<Factory> rootFactory() {
   Ref<Factory> f = get ? get() : Ref<Factory>();
   if (!f) raise(rt::ObjectNotSet);
   return f;
+}
+
+// The root's ERRORSET, for lower layers that report a bad description (a pen or font text)
+// there rather than failing the call; the root fills it. Without a root it does nothing.
+inline void (*RootErrorSet)(const std::u16string& message) = nullptr;
+inline void rootErrorSet(const std::u16string& message) {
+  if (RootErrorSet) RootErrorSet(message);
 }
 
 }  // namespace tessel

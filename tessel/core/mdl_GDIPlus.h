@@ -82,6 +82,8 @@ struct ColorMatrix {  // row-major, as GDI+ reads it
   REAL m[5][5];
 };
 inline constexpr int UnitPixel = 2;
+inline constexpr int LineCapRound = 2;
+inline constexpr int LineJoinRound = 2;
 
 inline constexpr PixelFormat PixelFormat32bppARGB = 0x0026200A;
 inline constexpr PixelFormat PixelFormat32bppPARGB = 0x000E200B;
@@ -118,6 +120,14 @@ GpStatus GdipDrawImageRectRectI(GpGraphics* graphics, GpImage* image, int dstX, 
 
 // Brushes.
 GpStatus GdipCreateSolidFill(ARGB color, GpSolidFill** brush);
+
+// Pens.
+GpStatus GdipCreatePen1(ARGB color, REAL width, int unit, GpPen** pen);
+GpStatus GdipSetPenLineCap197819(GpPen* pen, int startCap, int endCap, int dashCap);
+GpStatus GdipSetPenLineJoin(GpPen* pen, int lineJoin);
+GpStatus GdipGetPenDashStyle(GpPen* pen, int* dashStyle);
+GpStatus GdipSetPenDashStyle(GpPen* pen, int dashStyle);
+GpStatus GdipDrawLineI(GpGraphics* graphics, GpPen* pen, int x1, int y1, int x2, int y2);
 
 // Image attributes: a colour matrix and a grey matrix that recolour what is drawn through them.
 GpStatus GdipCreateImageAttributes(GpImageAttributes** attributes);

@@ -25,8 +25,12 @@ bool fillSeam() {
   return true;
 }
 [[maybe_unused]] const bool seamsFilled = fillSeam<cls_DrawToolColor, &cls_DrawTool::COLOR>() &&
-                         fillSeam<cls_DrawToolRect, &cls_DrawTool::RECT>() &&
-                         fillSeam<cls_DrawToolPoint, &cls_DrawTool::POINT>();
+                                          fillSeam<cls_DrawToolRect, &cls_DrawTool::RECT>() &&
+                                          fillSeam<cls_DrawToolPoint, &cls_DrawTool::POINT>() &&
+                                          fillSeam<cls_DrawToolPen, &cls_DrawTool::PEN>() &&
+                                          (RootErrorSet = [](const std::u16string& message) {
+                                            mdl_Global::DRAW()->ERRORSET(message);
+                                          }) != nullptr;
 
 }  // namespace
 
@@ -49,6 +53,10 @@ void cls_DrawTool::POINT(Set, Ref<cls_DrawToolPoint> v) { point_ = std::move(v);
 Ref<cls_DrawToolImageAttributes> cls_DrawTool::imageAttributes(Get) const { return hFactory(imageAttributes_); }
 
 void cls_DrawTool::imageAttributes(Set, Ref<cls_DrawToolImageAttributes> v) { imageAttributes_ = std::move(v); }
+
+Ref<cls_DrawToolPen> cls_DrawTool::PEN(Get) const { return hFactory(pen_); }
+
+void cls_DrawTool::PEN(Set, Ref<cls_DrawToolPen> v) { pen_ = std::move(v); }
 
 bool cls_DrawTool::READY(Call) const { return ready_; }
 
@@ -124,8 +132,17 @@ std::u16string cls_DrawTool::ERRORINFO(Call, enm_Draw_Status lError) const {
   }
 }
 
-void cls_DrawTool::ERRORSET(Call, const std::u16string&) const {
+namespace {
+thread_local std::u16string tLastErrorMessage;
+}
+
+// The message changes nothing (as the object model has it); it is only kept for a host or a test
+// to read.
+void cls_DrawTool::ERRORSET(Call, const std::u16string& pErrorMsg) const {
+  tLastErrorMessage = pErrorMsg;
   if (mdl_Err::TerminateRequested) TerminateNow();
 }
+
+const std::u16string& cls_DrawTool::lastErrorMessage() noexcept { return tLastErrorMessage; }
 
 }  // namespace tessel

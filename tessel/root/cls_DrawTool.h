@@ -10,6 +10,7 @@
 #include <tessel/geometry/cls_DrawToolPoint.h>
 #include <tessel/geometry/cls_DrawToolRect.h>
 #include <tessel/resources/cls_DrawToolImageAttributes.h>
+#include <tessel/resources/cls_DrawToolPen.h>
 #include <tessel/root/cls_DrawTool.members.h>
 #include <tessel/root/sys_Global.h>
 
@@ -31,6 +32,10 @@ class cls_DrawTool final : public ObjectOf<cls_DrawTool> {
                                         void* output);
   static void setStartupFunction(StartupFn fn);
 
+  // The last message ERRORSET was given on this thread (a bad pen or font description says
+  // what was wrong there), for hosts and tests.
+  static const std::u16string& lastErrorMessage() noexcept;
+
  private:
   // A factory property's value: made on first read, and again after Nothing was assigned.
   template <class T>
@@ -48,6 +53,7 @@ class cls_DrawTool final : public ObjectOf<cls_DrawTool> {
   mutable Ref<cls_DrawToolPoint> point_;
   mutable Ref<cls_DrawToolColor> color_;
   mutable Ref<cls_DrawToolImageAttributes> imageAttributes_;
+  mutable Ref<cls_DrawToolPen> pen_;
 };
 
 }  // namespace tessel
