@@ -89,7 +89,7 @@ fuzz: setup
 	  mkdir -p $(FUZZ_BUILD)/corpus/$$t; \
 	  dict=; [ -f fuzz/$$t.dict ] && dict=-dict=$(CURDIR)/fuzz/$$t.dict; \
 	  echo "fuzz_$$t for $$share s"; \
-	  (cd $(FUZZ_BUILD) && env -u DISPLAY ./fuzz_$$t -max_total_time=$$share -timeout=10 $$dict \
+	  (cd $(FUZZ_BUILD) && env -u DISPLAY LSAN_OPTIONS=suppressions=$(CURDIR)/scripts/lsan.supp ./fuzz_$$t -max_total_time=$$share -timeout=10 $$dict \
 	    -print_final_stats=1 corpus/$$t) || exit 1; \
 	done
 
