@@ -129,6 +129,13 @@ GpStatus GdipGetPenDashStyle(GpPen* pen, int* dashStyle);
 GpStatus GdipSetPenDashStyle(GpPen* pen, int dashStyle);
 GpStatus GdipDrawLineI(GpGraphics* graphics, GpPen* pen, int x1, int y1, int x2, int y2);
 
+// String formats: the alignment of text in its layout rectangle (0 near, 1 centre, 2 far).
+GpStatus GdipCreateStringFormat(int formatFlags, uint16_t language, GpStringFormat** format);
+GpStatus GdipSetStringFormatAlign(GpStringFormat* format, int align);
+GpStatus GdipGetStringFormatAlign(GpStringFormat* format, int* align);
+GpStatus GdipSetStringFormatLineAlign(GpStringFormat* format, int align);
+GpStatus GdipGetStringFormatLineAlign(GpStringFormat* format, int* align);
+
 // Image attributes: a colour matrix and a grey matrix that recolour what is drawn through them.
 GpStatus GdipCreateImageAttributes(GpImageAttributes** attributes);
 GpStatus GdipCloneImageAttributes(const GpImageAttributes* attributes, GpImageAttributes** clone);

@@ -58,6 +58,10 @@ Ref<cls_DrawToolPen> cls_DrawTool::PEN(Get) const { return hFactory(pen_); }
 
 void cls_DrawTool::PEN(Set, Ref<cls_DrawToolPen> v) { pen_ = std::move(v); }
 
+Ref<cls_DrawToolTextFormat> cls_DrawTool::TEXTFORMAT(Get) const { return hFactory(textFormat_); }
+
+void cls_DrawTool::TEXTFORMAT(Set, Ref<cls_DrawToolTextFormat> v) { textFormat_ = std::move(v); }
+
 bool cls_DrawTool::READY(Call) const { return ready_; }
 
 // A private procedure with a trap of its own, as the object model has it.

@@ -11,6 +11,7 @@
 #include <tessel/geometry/cls_DrawToolRect.h>
 #include <tessel/resources/cls_DrawToolImageAttributes.h>
 #include <tessel/resources/cls_DrawToolPen.h>
+#include <tessel/resources/cls_DrawToolTextFormat.h>
 #include <tessel/root/cls_DrawTool.members.h>
 #include <tessel/root/sys_Global.h>
 
@@ -54,6 +55,7 @@ class cls_DrawTool final : public ObjectOf<cls_DrawTool> {
   mutable Ref<cls_DrawToolColor> color_;
   mutable Ref<cls_DrawToolImageAttributes> imageAttributes_;
   mutable Ref<cls_DrawToolPen> pen_;
+  mutable Ref<cls_DrawToolTextFormat> textFormat_;
 };
 
 }  // namespace tessel
