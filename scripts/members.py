@@ -40,7 +40,8 @@ indented further is the description of the entry above it. Parameters in bracket
 `ByRef` before a name passes it by reference. Class flags: creatable, global, default=MEMBER,
 values=A,B,..., display=MEMBER, collection=COUNT,ITEM. Member flags: const (a method that does not
 change the object), steps (the body receives the Procedure and goes on statement by statement),
-dialogs (a procedure that the event loop calls: its errors may show dialogs). A module's members
+dialogs (a procedure that the event loop calls: its errors may show dialogs), lazy (an object
+property with get and set whose value is made on first read: its bodies are generated too). A module's members
 are functions in a namespace; a module may be spread over several tables (one per layer).
 """
 
@@ -161,6 +162,8 @@ def parse_member(kind, rest, where):
         member.flags = {w for w in words if w not in ("get", "let", "set")}
         if not member.access or not typ:
             raise TableError(f"{where}: property {name} needs a type and get, let or set")
+        if "lazy" in member.flags and (sorted(member.access) != ["get", "set"] or member.params):
+            raise TableError(f"{where}: a lazy property {name} is an object with get and set, no parameters")
     elif kind == "field":
         if "=" in tail:
             raise TableError(f"{where}: fields start at their type's zero")
@@ -168,7 +171,7 @@ def parse_member(kind, rest, where):
             raise TableError(f"{where}: field {name} needs a type")
     else:
         member.flags = set(words)
-    unknown = member.flags - {"const", "steps", "dialogs"}
+    unknown = member.flags - {"const", "steps", "dialogs", "lazy"}
     if unknown:
         raise TableError(f"{where}: unknown flags {sorted(unknown)}")
     return member
@@ -440,6 +443,8 @@ def class_block(world, table, e):
             pub.append(f"{s.result} {m.name}({decl_params(s.params, True)}){const};")
             body = body_params(s)
             priv.append(f"{s.result} {m.name}({body}){const};")
+        if "lazy" in m.flags:
+            priv.append(f"mutable Ref<{m.type}> lazy_{m.name}_;")
     lines = [f"#define TESSEL_MEMBERS_{e.name} \\", " public: \\"]
     lines += ["  " + l + " \\" for l in pub]
     lines += [" private: \\"]
@@ -526,6 +531,16 @@ def wrapper(world, table, e, m, s, module):
                   f"    return {m.name}(tl::{s.tag}{{}}{', ' if args else ''}{args});",
                   "  });"]
     return lines + ["}"]
+
+
+def lazy_bodies(e, m):
+    """A lazy property's value: made on first read, and again after Nothing was assigned."""
+    slot = f"lazy_{m.name}_"
+    return [f"Ref<{m.type}> {e.name}::{m.name}(tl::Get) const {{",
+            f"  if (!{slot}) {slot} = make<{m.type}>();",
+            f"  return {slot};",
+            "}", "",
+            f"void {e.name}::{m.name}(tl::Set, Ref<{m.type}> RHS) {{ {slot} = std::move(RHS); }}"]
 
 
 def fn_pointer(world, e, m, s, module):
@@ -670,6 +685,8 @@ def write_source(world, table):
                 continue
             for s in shapes(world, table, m, f"{table.path}:{m.line}"):
                 lines += wrapper(world, table, e, m, s, module) + [""]
+            if "lazy" in m.flags:
+                lines += lazy_bodies(e, m) + [""]
         lines += registration(world, table, e, module)
     lines.append("}  // namespace tessel")
     return "\n".join(lines) + "\n"

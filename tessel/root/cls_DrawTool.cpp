@@ -38,30 +38,6 @@ void cls_DrawTool::setStartupFunction(StartupFn fn) {
   gStartup.store(fn ? fn : &mdl_GDIPlus::GdiplusStartup, std::memory_order_relaxed);
 }
 
-Ref<cls_DrawToolColor> cls_DrawTool::COLOR(Get) const { return hFactory(color_); }
-
-void cls_DrawTool::COLOR(Set, Ref<cls_DrawToolColor> v) { color_ = std::move(v); }
-
-Ref<cls_DrawToolRect> cls_DrawTool::RECT(Get) const { return hFactory(rect_); }
-
-void cls_DrawTool::RECT(Set, Ref<cls_DrawToolRect> v) { rect_ = std::move(v); }
-
-Ref<cls_DrawToolPoint> cls_DrawTool::POINT(Get) const { return hFactory(point_); }
-
-void cls_DrawTool::POINT(Set, Ref<cls_DrawToolPoint> v) { point_ = std::move(v); }
-
-Ref<cls_DrawToolImageAttributes> cls_DrawTool::imageAttributes(Get) const { return hFactory(imageAttributes_); }
-
-void cls_DrawTool::imageAttributes(Set, Ref<cls_DrawToolImageAttributes> v) { imageAttributes_ = std::move(v); }
-
-Ref<cls_DrawToolPen> cls_DrawTool::PEN(Get) const { return hFactory(pen_); }
-
-void cls_DrawTool::PEN(Set, Ref<cls_DrawToolPen> v) { pen_ = std::move(v); }
-
-Ref<cls_DrawToolTextFormat> cls_DrawTool::TEXTFORMAT(Get) const { return hFactory(textFormat_); }
-
-void cls_DrawTool::TEXTFORMAT(Set, Ref<cls_DrawToolTextFormat> v) { textFormat_ = std::move(v); }
-
 bool cls_DrawTool::READY(Call) const { return ready_; }
 
 // A private procedure with a trap of its own, as the object model has it.

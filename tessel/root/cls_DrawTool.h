@@ -38,24 +38,11 @@ class cls_DrawTool final : public ObjectOf<cls_DrawTool> {
   static const std::u16string& lastErrorMessage() noexcept;
 
  private:
-  // A factory property's value: made on first read, and again after Nothing was assigned.
-  template <class T>
-  static Ref<T> hFactory(Ref<T>& slot) {
-    if (!slot) slot = make<T>();
-    return slot;
-  }
   enm_Draw_Status StartUpGDIPlus(uint32_t version);
 
   uint32_t token_ = 0;
   bool ready_ = false;
   int32_t count_ = 0;
-  // Made on first read, so reading is still a const operation.
-  mutable Ref<cls_DrawToolRect> rect_;
-  mutable Ref<cls_DrawToolPoint> point_;
-  mutable Ref<cls_DrawToolColor> color_;
-  mutable Ref<cls_DrawToolImageAttributes> imageAttributes_;
-  mutable Ref<cls_DrawToolPen> pen_;
-  mutable Ref<cls_DrawToolTextFormat> textFormat_;
 };
 
 }  // namespace tessel
