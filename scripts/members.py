@@ -58,8 +58,6 @@ SCALARS = {
     "Boolean": "bool", "Byte": "uint8_t", "Integer": "int16_t", "Long": "int32_t",
     "LongLong": "int64_t", "Single": "float", "Double": "double",
 }
-PY_TYPES = {"Boolean": "bool", "Byte": "int", "Integer": "int", "Long": "int", "LongLong": "int",
-            "Single": "float", "Double": "float", "String": "str", "Variant": "Any", "Object": "Any"}
 
 
 class TableError(Exception):

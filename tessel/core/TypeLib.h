@@ -475,7 +475,8 @@ class ClassBuilder {
   ClassBuilder& describe(std::string_view member, std::string text) {
     for (auto& e : info_.events_)
       if (e.name == member) e.description = text;
-    if (auto* m = info_.find(member)) const_cast<MemberInfo*>(m)->description = std::move(text);
+    if (auto it = info_.index_.find(toLowerAscii(member)); it != info_.index_.end())
+      info_.members_[it->second].description = std::move(text);
     return *this;
   }
 

@@ -18,19 +18,20 @@ std::atomic<cls_DrawTool::StartupFn> gStartup{&mdl_GDIPlus::GdiplusStartup};
 // globals: one start-up at a time.
 std::mutex gStartupLock;
 
-// The factories that lower layers reach through the root seam.
+// What lower layers reach through the root seams (core/Root.h): the factories they use, and
+// ERRORSET for the descriptions they read.
 template <class F, Ref<F> (cls_DrawTool::*Read)() const>
-bool fillSeam() {
+void fillSeam() {
   RootFactory<F>::get = [] { return (mdl_Global::DRAW().get()->*Read)(); };
-  return true;
 }
-[[maybe_unused]] const bool seamsFilled = fillSeam<cls_DrawToolColor, &cls_DrawTool::COLOR>() &&
-                                          fillSeam<cls_DrawToolRect, &cls_DrawTool::RECT>() &&
-                                          fillSeam<cls_DrawToolPoint, &cls_DrawTool::POINT>() &&
-                                          fillSeam<cls_DrawToolPen, &cls_DrawTool::PEN>() &&
-                                          (RootErrorSet = [](const std::u16string& message) {
-                                            mdl_Global::DRAW()->ERRORSET(message);
-                                          }) != nullptr;
+
+[[maybe_unused]] const bool seamsFilled = [] {
+  fillSeam<cls_DrawToolColor, &cls_DrawTool::COLOR>();
+  fillSeam<cls_DrawToolRect, &cls_DrawTool::RECT>();
+  fillSeam<cls_DrawToolPoint, &cls_DrawTool::POINT>();
+  RootErrorSet = [](const std::u16string& message) { mdl_Global::DRAW()->ERRORSET(message); };
+  return true;
+}();
 
 }  // namespace
 
