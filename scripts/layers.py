@@ -13,7 +13,7 @@ import os
 import re
 import sys
 
-RANK = {"core": 0, "geometry": 1, "color": 1, "resources": 2, "images": 3, "graphics": 4,
+RANK = {"core": 0, "geometry": 1, "color": 1, "images": 2, "resources": 3, "graphics": 4,
         "controls": 5, "host": 6, "root": 7}
 
 
