@@ -43,6 +43,17 @@ change the object), steps (the body receives the Procedure and goes on statement
 dialogs (a procedure that the event loop calls: its errors may show dialogs), lazy (an object
 property with get and set whose value is made on first read: its bodies are generated too). A module's members
 are functions in a namespace; a module may be spread over several tables (one per layer).
+
+A class of a lower layer may be given members by a higher one, whose types it cannot name:
+
+    extend cls_DrawColor
+        The colour's cached drawing resources.
+      property BRUSH: cls_DrawBrush get
+          ...
+
+The members are declared with the class (their types forward-declared), come after its own in
+its interface order and its reference page, and are trapped and registered by the higher layer,
+where their bodies live. The lower layer's code never includes the higher one's headers.
 """
 
 import argparse
@@ -194,8 +205,8 @@ def parse_table(text, path):
             continue
         if indent == 0:
             kind, _, rest = body.partition(" ")
-            if kind not in ("class", "module", "enum"):
-                raise TableError(f"{where}: expected class, module or enum, found {kind!r}")
+            if kind not in ("class", "module", "enum", "extend"):
+                raise TableError(f"{where}: expected class, module, enum or extend, found {kind!r}")
             words = rest.split()
             flags = {}
             for w in words[1:]:
@@ -221,10 +232,12 @@ def parse_table(text, path):
         kind, _, rest = body.partition(" ")
         if kind not in ("method", "property", "field", "event"):
             raise TableError(f"{where}: expected method, property, field or event, found {kind!r}")
-        if current.kind == "module" and kind in ("field", "event"):
-            raise TableError(f"{where}: a module has no {kind}s")
+        if current.kind in ("module", "extend") and kind in ("field", "event"):
+            raise TableError(f"{where}: {current.kind} takes no {kind}s")
         last = parse_member(kind, rest.strip(), where)
         last.line = no
+        if current.kind == "extend" and "lazy" in last.flags:
+            raise TableError(f"{where}: an extension has no storage for a lazy property")
         current.members.append(last)
     for e in entities:
         if e.kind != "enum":
@@ -245,14 +258,29 @@ class World:
 
     def __init__(self, tables):
         self.classes, self.enums = {}, {}
+        self.extensions = {}  # class name -> [(table, extend entity)], in table order
         for t in tables:
             for e in t.entities:
                 if e.kind == "module":  # no type, and may be spread over several tables
+                    continue
+                if e.kind == "extend":
+                    self.extensions.setdefault(e.name, []).append((t, e))
                     continue
                 target = self.enums if e.kind == "enum" else self.classes
                 if e.name in target:
                     raise TableError(f"{t.path}: {e.name} is defined twice")
                 target[e.name] = t
+        for name, parts in self.extensions.items():
+            for t, e in parts:
+                base = self.classes.get(name)
+                if base is None:
+                    raise TableError(f"{t.path}:{e.line}: extends unknown class {name}")
+                if base.folder == t.folder or not may_use(t.folder, base.folder):
+                    raise TableError(f"{t.path}:{e.line}: {t.folder} may only extend a class of a lower layer")
+
+    def extension_members(self, name):
+        """(table, member) for each member that higher layers add to class `name`."""
+        return [(t, m) for t, e in self.extensions.get(name, []) for m in e.members]
 
     def check_type(self, typ, table, where):
         if typ in SCALARS or typ in ("String", "Variant", "Object"):
@@ -297,7 +325,7 @@ WHOLE_RANGES = {"Byte": (0, 255), "Integer": (-32768, 32767), "Long": (-2**31, 2
                 "LongLong": (-2**63, 2**63 - 1)}
 
 
-def cpp_literal(world, p, where):
+def cpp_literal(world, p, where, owner=None):
     """The C++ expression of a parameter's default, the same for the typed and late-bound call.
     A literal the parameter's type cannot hold as it is (3.5 for a Long, 300 for a Byte, a
     number for a Boolean) is refused, so that both calls can only agree."""
@@ -324,10 +352,12 @@ def cpp_literal(world, p, where):
     if t in ("Single", "Double") and (whole or decimal):
         return f"{cpp_value(world, t)}({d})"
     if world.is_enum(t):
-        owner = world.enums[t]
-        values = next(e.members for e in owner.entities if e.kind == "enum" and e.name == t)
-        if d in (name for name, _, _ in values):
-            return f"{t}::{d}"
+        home = world.enums[t]
+        values = next(e.members for e in home.entities if e.kind == "enum" and e.name == t)
+        for name, value, _ in values:
+            if name == d:
+                # A header that only forward-declares the enumeration knows no names in it.
+                return f"{t}::{d}" if owner in (None, home) else f"{t}({value})"
     raise wrong
 
 
@@ -353,7 +383,7 @@ def shapes(world, owner, m, where):
     params = []
     for p in m.params:
         world.check_type(p.type, owner, where)
-        params.append((cpp_param(world, p), p.name, cpp_literal(world, p, where) if p.optional else None))
+        params.append((cpp_param(world, p), p.name, cpp_literal(world, p, where, owner) if p.optional else None))
     if m.type:
         world.check_type(m.type, owner, where)
     if m.kind == "method":
@@ -420,8 +450,8 @@ def class_block(world, table, e):
     if "global" in e.flags:
         pub.append(f"/* The calling thread's instance. */")
         pub.append(f"static Ref<{e.name}> instance();")
-    for m in e.members:
-        where = f"{table.path}:{m.line}"
+    for home, m in [(table, m) for m in e.members] + world.extension_members(e.name):
+        where = f"{home.path}:{m.line}"
         if m.kind == "field":
             world.check_type(m.type, table, where)
             pub += comment(m.description, 0)
@@ -436,7 +466,7 @@ def class_block(world, table, e):
             pub.append(f"Event<{args}> {m.name};")
             continue
         pub += comment(m.description, 0)
-        for s in shapes(world, table, m, where):
+        for s in shapes(world, home, m, where):
             const = " const" if s.const else ""
             pub.append(f"{s.result} {m.name}({decl_params(s.params, True)}){const};")
             body = body_params(s)
@@ -464,12 +494,15 @@ def module_decls(world, table, e):
     return lines
 
 
-def referenced_types(world, table):
+def referenced_types(world, table, extensions=False):
     types = set()
     for e in table.entities:
         if e.kind == "enum":
             continue
-        for m in e.members:
+        members = list(e.members)
+        if extensions and e.kind == "class":
+            members += [m for _, m in world.extension_members(e.name)]
+        for m in members:
             types.update(p.type for p in m.params)
             if m.type:
                 types.add(m.type)
@@ -480,13 +513,28 @@ def header_path(table):
     return f"tessel/{table.folder}/{table.stem}.h"
 
 
+def is_extension(table):
+    return all(e.kind == "extend" for e in table.entities)
+
+
+def extension_hook(table):
+    """The function of an extending table that registers its members with the class."""
+    return f"extendFrom_{table.folder}_{table.stem}"
+
+
 def write_header(world, table):
+    if is_extension(table):
+        bases = sorted({header_path(world.classes[e.name]) for e in table.entities})
+        return "\n".join([f"// Generated from {table.path}: its members are declared with the classes it",
+                          "// extends, and defined and registered in this layer.", "#pragma once", ""]
+                         + [f"#include <{h}>" for h in bases]) + "\n"
     own = {e.name for e in table.entities}
     lines = [f"// Generated from {table.path}: edit the table, not this file.",
              "#pragma once", "", "#include <tessel/core/TypeLib.h>", "", "#include <cstdint>",
              "#include <string>", "", "namespace tessel {", ""]
-    forward = sorted(t for t in referenced_types(world, table) - own if world.is_class(t))
-    enums = sorted(t for t in referenced_types(world, table) - own if world.is_enum(t))
+    used = referenced_types(world, table, extensions=True)
+    forward = sorted(t for t in used - own if world.is_class(t))
+    enums = sorted(t for t in used - own if world.is_enum(t))
     lines += [f"class {c};" for c in forward]
     for en in enums:
         lines.append(f"enum class {en} : int32_t;")
@@ -498,6 +546,9 @@ def write_header(world, table):
     for e in table.entities:
         if e.kind == "class":
             lines += class_block(world, table, e) + [""]
+            for xt, _ in world.extensions.get(e.name, []):
+                lines += [f"// Registers the members that {xt.path} adds.", f"class {e.name};",
+                          f"void {extension_hook(xt)}(ClassBuilder<{e.name}>& builder);", ""]
         elif e.kind == "module":
             lines += module_decls(world, table, e) + [""]
     lines.append("}  // namespace tessel")
@@ -610,20 +661,9 @@ def registration(world, table, e, module):
         lines.append("      .creatable()")
     if module or "global" in e.flags:
         lines.append(f"      .global(&{cls}::instance)")
-    for m in e.members:
-        where = f"{table.path}:{m.line}"
-        if m.kind == "field":
-            lines.append(f"      .field({cpp_string(m.name)}, &C::{m.name})")
-        elif m.kind == "event":
-            names = ", ".join(cpp_string(p.name) for p in m.params)
-            lines.append(f"      .event({cpp_string(m.name)}, &C::{m.name}, {{{names}}})")
-        else:
-            for s in shapes(world, table, m, where):
-                fn = fn_pointer(world, e, m, s, module)
-                params = param_list(world, table, m, where)
-                lines.append(f"      .{s.kind.lower()}({cpp_string(m.name)}, {fn},")
-                lines.append(f"          {params})")
-        lines.append(f"      .describe({cpp_string(m.name)}, {cpp_string(m.description)})")
+    lines += member_registration(world, table, e, e.members, module)
+    for xt, _ in world.extensions.get(e.name, []):
+        lines.append(f"      .with(&{extension_hook(xt)})")
     if "values" in e.flags:
         vals = ", ".join(cpp_string(v) for v in e.flags["values"].split(","))
         lines.append(f"      .values({{{vals}}})")
@@ -641,6 +681,36 @@ def registration(world, table, e, module):
     return lines
 
 
+def member_registration(world, table, e, members, module):
+    lines = []
+    for m in members:
+        where = f"{table.path}:{m.line}"
+        if m.kind == "field":
+            lines.append(f"      .field({cpp_string(m.name)}, &C::{m.name})")
+        elif m.kind == "event":
+            names = ", ".join(cpp_string(p.name) for p in m.params)
+            lines.append(f"      .event({cpp_string(m.name)}, &C::{m.name}, {{{names}}})")
+        else:
+            for s in shapes(world, table, m, where):
+                fn = fn_pointer(world, e, m, s, module)
+                params = param_list(world, table, m, where)
+                lines.append(f"      .{s.kind.lower()}({cpp_string(m.name)}, {fn},")
+                lines.append(f"          {params})")
+        lines.append(f"      .describe({cpp_string(m.name)}, {cpp_string(m.description)})")
+    return lines
+
+
+def extension_registration(world, table, x):
+    """The hook that the extended class's registration calls, after its own members."""
+    base = next(e for e in world.classes[x.name].entities if e.name == x.name)
+    lines = comment(x.description, 0)
+    lines += [f"void {extension_hook(table)}(ClassBuilder<{x.name}>& builder) {{",
+              f"  using C = {x.name};", "  builder"]
+    lines += member_registration(world, table, base, x.members, False)
+    lines[-1] += ";"
+    return lines + ["}", ""]
+
+
 def enum_registration(e):
     vals = ", ".join(f"{{{cpp_string(n)}, {v}}}" for n, v, _ in e.members)
     return [f"static const EnumRegistrar enum_{e.name}(EnumInfo{{{cpp_string(e.name)}, {{{vals}}}, "
@@ -648,7 +718,8 @@ def enum_registration(e):
 
 
 def includes_for(world, table):
-    paths = {header_path(table)}
+    paths = set() if is_extension(table) else {header_path(table)}
+    paths.update(header_path(world.classes[e.name]) for e in table.entities if e.kind == "extend")
     for t in referenced_types(world, table):
         if world.is_class(t):
             paths.add(header_path(world.classes[t]))
@@ -669,7 +740,7 @@ def write_source(world, table):
             if m.kind in ("field", "event"):
                 continue
             for s in shapes(world, table, m, f"{table.path}:{m.line}"):
-                name = f"k{e.name}_{s.proc.replace('.', '_')}"
+                name = f"k{e.name}_{s.proc.replace('.', '_')}"  # an extension's under its class
                 dialogs = ", true" if "dialogs" in m.flags else ""
                 lines.append(f"constexpr ProcInfo {name}{{\"{e.name}\", \"{s.proc}\"{dialogs}}};")
     lines += ["", "}  // namespace", ""]
@@ -678,14 +749,20 @@ def write_source(world, table):
             lines += enum_registration(e)
             continue
         module = e.kind == "module"
+        # An extension's members are its class's: their traps carry the class's name and see
+        # its events.
+        owner = next(c for c in world.classes[e.name].entities if c.name == e.name) if e.kind == "extend" else e
         for m in e.members:
             if m.kind in ("field", "event"):
                 continue
             for s in shapes(world, table, m, f"{table.path}:{m.line}"):
-                lines += wrapper(world, table, e, m, s, module) + [""]
+                lines += wrapper(world, table, owner, m, s, module) + [""]
             if "lazy" in m.flags:
                 lines += lazy_bodies(e, m) + [""]
-        lines += registration(world, table, e, module)
+        if e.kind == "extend":
+            lines += extension_registration(world, table, e)
+        else:
+            lines += registration(world, table, e, module)
     lines.append("}  // namespace tessel")
     return "\n".join(lines) + "\n"
 
@@ -694,9 +771,7 @@ def write_typed_calls(world, tables):
     """Every member called as C++ code calls it: required arguments zero, optional ones left out."""
     lines = ["// Generated from the member tables: every member called the typed C++ way, for the",
              "// type library's consistency test.", "#include \"library/TypedCalls.h\"", ""]
-    heads = set()
-    for t in tables:
-        heads.add(header_path(t))
+    heads = {header_path(t) for t in tables if not is_extension(t)}
     lines += [f"#include <{h}>" for h in sorted(heads)]
     lines += ["", "namespace tessel::testing {", "", "const std::vector<TypedCall>& typedCalls() {",
               "  static const std::vector<TypedCall> calls = {"]
@@ -740,6 +815,8 @@ def write_reference(world, table):
     lines = [f"<!-- Generated from {table.path}: edit the table, not this page. -->", ""]
     cell = lambda text: text.replace("|", "\\|")  # noqa: E731
     for e in sorted(table.entities, key=lambda e: e.kind == "enum"):
+        if e.kind == "extend":  # listed on its class's page
+            continue
         if e.kind == "enum":
             lines += [f"## {e.name}", "", e.description, "", "| member | value |", "|---|---|"]
             lines += [f"| `{n}` | {v} |" for n, v, _ in e.members]
@@ -752,7 +829,7 @@ def write_reference(world, table):
         elif "default" in e.flags:
             lines += [f"Default member `{e.flags['default']}`.", ""]
         lines += ["| member | kind | signature | description |", "|---|---|---|---|"]
-        for m in e.members:
+        for m in e.members + [m for _, m in world.extension_members(e.name)]:
             params = ", ".join(md_param(p) for p in m.params)
             if m.kind == "method":
                 sig = f"{m.name}({params})" + (f" → {m.type}" if m.type else "")
@@ -777,7 +854,7 @@ def write_index(tables):
              "result and description, as `help()` in Python shows them.", ""]
     for folder in sorted({t.folder for t in tables}, key=lambda f: (RANK[f], f)):
         lines += [f"## {folder}", ""]
-        for t in sorted((t for t in tables if t.folder == folder), key=lambda t: t.stem):
+        for t in sorted((t for t in tables if t.folder == folder and not is_extension(t)), key=lambda t: t.stem):
             names = ", ".join(f"`{e.name}`" for e in t.entities)
             lines.append(f"- [{t.stem}]({t.stem}.md): {names}")
         lines.append("")
@@ -825,7 +902,7 @@ def main(argv):
             base = os.path.join(args.out, "tessel", t.folder, t.stem + ".members")
             write_if_changed(base + ".h", write_header(world, t))
             write_if_changed(base + ".cpp", write_source(world, t))
-            if args.reference:
+            if args.reference and not is_extension(t):
                 write_if_changed(os.path.join(args.reference, t.stem + ".md"), write_reference(world, t))
         if args.reference:
             write_if_changed(os.path.join(args.reference, "index.md"), write_index(tables))

@@ -42,9 +42,11 @@ class cls_DrawColor final : public ObjectOf<cls_DrawColor> {
   // In memory order blue, green, red, alpha: read as a little-endian word it is the ARGB value.
   std::array<uint8_t, 4> ch_{0, 0, 0, 255};
   bool protected_ = false;
-  // The solid brush and the pens by (width - 1, dash style) that this colour hands out.
-  Ref<Object> brush_;
-  std::array<std::array<Ref<Object>, kPenStyles>, kPenWidths> pens_;
+  // The solid brush and the pens by (width - 1, dash style) that this colour hands out. The
+  // resources layer makes them (cls_DrawColor_Resources.cpp); the colour only knows them as
+  // objects, and drops them when it changes. They hold no reference back to the colour.
+  mutable Ref<Object> brush_;
+  mutable std::array<std::array<Ref<Object>, kPenStyles>, kPenWidths> pens_;
   std::array<Ref<cls_DrawColor>, kDerivedSlots> derived_;
   // Brightness of the background each CONTRASTCOLOR slot was made for; -1 marks a free slot.
   std::array<int32_t, kDerivedSlots> bgKeys_;

@@ -41,6 +41,7 @@ std::string runtimeErrorText(int32_t number) {
     case 450: return "Falsche Anzahl an Argumenten oder ungültige Zuweisung zu einer Eigenschaft";
     case 458: return "Variable verwendet einen nicht unterstützten Automatisierungstyp";
     case 480: return "AutoRedraw-Bild kann nicht erstellt werden";
+    case 481: return "Ungültiges Bild";
     default: return "Anwendungs- oder objektdefinierter Fehler";
   }
 }

@@ -18,12 +18,14 @@ inline constexpr int32_t DivisionByZero = 11;
 inline constexpr int32_t TypeMismatch = 13;
 inline constexpr int32_t InternalError = 51;
 inline constexpr int32_t FileNotFound = 53;
+inline constexpr int32_t PathFileAccess = 75;
 inline constexpr int32_t ObjectNotSet = 91;
 inline constexpr int32_t InvalidUseOfNull = 94;
 inline constexpr int32_t NoSuchMember = 438;
 inline constexpr int32_t NamedArgumentNotFound = 448;
 inline constexpr int32_t ArgumentNotOptional = 449;
 inline constexpr int32_t WrongArgumentCount = 450;
+inline constexpr int32_t InvalidPicture = 481;
 }  // namespace rt
 
 class Error : public std::exception {

@@ -59,6 +59,12 @@ std::string toUtf8(std::u16string_view s) {
   return out;
 }
 
+std::u16string_view trimBlanks(std::u16string_view s) noexcept {
+  while (!s.empty() && s.front() == u' ') s.remove_prefix(1);
+  while (!s.empty() && s.back() == u' ') s.remove_suffix(1);
+  return s;
+}
+
 char16_t upperAscii(char16_t c) noexcept { return (c >= u'a' && c <= u'z') ? c - 32 : c; }
 char16_t lowerAscii(char16_t c) noexcept { return (c >= u'A' && c <= u'Z') ? c + 32 : c; }
 

@@ -31,6 +31,9 @@ inline bool isSurrogate(char32_t cp) noexcept { return cp >= 0xD800 && cp < 0xE0
 
 // Case folding as the dispatcher and the parameter language need it: ASCII letters only,
 // so that "ß" or "İ" never change length or meaning behind a caller's back.
+// The text without the blanks (U+0020 only) at either end.
+std::u16string_view trimBlanks(std::u16string_view s) noexcept;
+
 char16_t upperAscii(char16_t c) noexcept;
 char16_t lowerAscii(char16_t c) noexcept;
 std::u16string toUpperAscii(std::u16string_view s);

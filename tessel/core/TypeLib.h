@@ -494,6 +494,12 @@ class ClassBuilder {
     return *this;
   }
 
+  // The members that a higher layer adds to the class, registered by that layer.
+  ClassBuilder& with(void (*part)(ClassBuilder&)) {
+    part(*this);
+    return *this;
+  }
+
   ClassBuilder& defaultMember(std::string_view name) {
     info_.default_ = static_cast<int>(&slot(name) - info_.members_.data());
     return *this;

@@ -29,6 +29,8 @@ struct GpImage {};
 struct GpBitmap : GpImage {};
 struct GpBrush {};
 struct GpSolidFill : GpBrush {};
+struct GpLineGradient : GpBrush {};
+struct GpTexture : GpBrush {};
 struct GpPen;
 struct GpFont;
 struct GpFontFamily;
@@ -104,6 +106,9 @@ GpStatus GdipGetImageHeight(GpImage* image, uint32_t* height);
 GpStatus GdipGetImageEncodersSize(uint32_t* numEncoders, uint32_t* size);
 GpStatus GdipGetImageEncoders(uint32_t numEncoders, uint32_t size, ImageCodecInfo* encoders);
 GpStatus GdipSaveImageToFile(GpImage* image, const char16_t* filename, const GUID* encoder, const void* params);
+GpStatus GdipLoadImageFromFile(const char16_t* filename, GpImage** image);
+GpStatus GdipCloneBitmapAreaI(int x, int y, int width, int height, PixelFormat format, GpBitmap* source,
+                              GpBitmap** clone);
 
 // Graphics.
 GpStatus GdipGetImageGraphicsContext(GpImage* image, GpGraphics** graphics);
@@ -120,6 +125,12 @@ GpStatus GdipDrawImageRectRectI(GpGraphics* graphics, GpImage* image, int dstX, 
 
 // Brushes.
 GpStatus GdipCreateSolidFill(ARGB color, GpSolidFill** brush);
+// A gradient from color1 to color2 along a line through the rectangle turned `angle` degrees
+// clockwise; wrapMode 0 tiles it beyond the rectangle.
+GpStatus GdipCreateLineBrushFromRectWithAngleI(const GpRect* rect, ARGB color1, ARGB color2, REAL angle,
+                                               int isAngleScalable, int wrapMode, GpLineGradient** brush);
+// The image's pixels are copied; wrap modes 0 to 4 (tile, flip x, flip y, flip both, clamp).
+GpStatus GdipCreateTexture(GpImage* image, int wrapMode, GpTexture** brush);
 
 // Pens.
 GpStatus GdipCreatePen1(ARGB color, REAL width, int unit, GpPen** pen);

@@ -4,7 +4,7 @@
 
 #include <tessel/core/TypeLib.h>
 #include <tessel/core/mdl_GDIPlus.h>
-#include <tessel/resources/NativeResource.h>
+#include <tessel/core/NativeResource.h>
 #include <tessel/resources/cls_DrawImageAttributes.members.h>
 
 #include <array>

@@ -2,6 +2,7 @@
 
 #include <tessel/color/cls_DrawToolColor.h>
 #include <tessel/core/Root.h>
+#include <tessel/core/Text.h>
 #include <tessel/core/mdl_Basalt.h>
 #include <tessel/core/mdl_Global.h>
 
@@ -11,12 +12,6 @@ namespace {
 
 constexpr int32_t kColorPiece = 1;  // PARADECODE's kinds that a pen description takes
 constexpr int32_t kWidthPiece = 6;
-
-std::u16string_view trimBlanks(std::u16string_view s) {
-  while (!s.empty() && s.front() == u' ') s.remove_prefix(1);
-  while (!s.empty() && s.back() == u' ') s.remove_suffix(1);
-  return s;
-}
 
 }  // namespace
 

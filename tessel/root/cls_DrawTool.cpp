@@ -27,6 +27,9 @@ void fillSeam() {
 
 [[maybe_unused]] const bool seamsFilled = [] {
   fillSeam<cls_DrawToolColor, &cls_DrawTool::COLOR>();
+  fillSeam<cls_DrawToolImage, &cls_DrawTool::Image>();
+  fillSeam<cls_DrawToolBrush, &cls_DrawTool::BRUSH>();
+  fillSeam<cls_DrawToolPen, &cls_DrawTool::PEN>();
   fillSeam<cls_DrawToolRect, &cls_DrawTool::RECT>();
   fillSeam<cls_DrawToolPoint, &cls_DrawTool::POINT>();
   RootErrorSet = [](const std::u16string& message) { mdl_Global::DRAW()->ERRORSET(message); };

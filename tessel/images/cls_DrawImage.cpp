@@ -1,0 +1,102 @@
+#include <tessel/images/cls_DrawImage.h>
+
+#include <tessel/color/cls_DrawToolColor.h>
+#include <tessel/core/Root.h>
+#include <tessel/core/Text.h>
+
+#include <filesystem>
+#include <system_error>
+
+namespace tessel {
+
+namespace gp = mdl_GDIPlus;
+
+namespace {
+
+constexpr int32_t kMaxSide = 32767;  // the largest surface the rasteriser makes
+
+// A new 32-bit ARGB bitmap of the size, transparent; raises when the platform cannot make it.
+gp::ImageHandle newBitmap(int32_t width, int32_t height) {
+  if (width < 1 || height < 1 || width > kMaxSide || height > kMaxSide) raise(rt::InvalidCall);
+  gp::GpBitmap* made = nullptr;
+  if (!gp::Succeeded(gp::GdipCreateBitmapFromScan0(width, height, 0, gp::PixelFormat32bppARGB, nullptr, &made)))
+    raise(rt::OutOfMemory);
+  return gp::ImageHandle(made);
+}
+
+}  // namespace
+
+Ref<cls_DrawImage> cls_DrawImage::CREATE(Call, int32_t pWidth, int32_t pHeight, const Variant& pColor) {
+  gp::ImageHandle made = newBitmap(pWidth, pHeight);
+  if (!pColor.isMissing()) {
+    const Variant colour = pColor.isObject() ? pColor : Variant(rootFactory<cls_DrawToolColor>()->AUTO(pColor));
+    const auto argb = static_cast<gp::ARGB>(Invoke(colour, "ATOM", InvokeKind::Get).toLong());
+    gp::GpGraphics* g = nullptr;
+    gp::Check(gp::GdipGetImageGraphicsContext(made.get(), &g));
+    gp::GraphicsHandle graphics(g);
+    gp::Check(gp::GdipGraphicsClear(g, argb));
+  }
+  native_.adopt(made.release());
+  return Ref<cls_DrawImage>(this);
+}
+
+Ref<cls_DrawImage> cls_DrawImage::LOAD(Call, const std::u16string& pFile) {
+  std::error_code ec;
+  const auto kind = std::filesystem::status(toUtf8(pFile), ec).type();
+  if (kind == std::filesystem::file_type::not_found || kind == std::filesystem::file_type::none)
+    raise(rt::FileNotFound, toUtf8(pFile));
+  gp::GpImage* read = nullptr;
+  if (kind == std::filesystem::file_type::directory || !gp::Succeeded(gp::GdipLoadImageFromFile(pFile.c_str(), &read)))
+    raise(rt::InvalidPicture, toUtf8(pFile));
+  gp::ImageHandle file(read);
+  uint32_t width = 0, height = 0;
+  gp::GdipGetImageWidth(read, &width);
+  gp::GdipGetImageHeight(read, &height);
+  // Whatever the file held (palette, 24 bits, grey), the image is 32-bit ARGB from here on.
+  gp::GpBitmap* converted = nullptr;
+  if (width == 0 || height == 0 ||
+      !gp::Succeeded(gp::GdipCloneBitmapAreaI(0, 0, static_cast<int>(width), static_cast<int>(height),
+                                              gp::PixelFormat32bppARGB, static_cast<gp::GpBitmap*>(read),
+                                              &converted)))
+    raise(rt::InvalidPicture, toUtf8(pFile));
+  native_.adopt(converted);
+  return Ref<cls_DrawImage>(this);
+}
+
+float cls_DrawImage::WIDTH(Get) const {
+  uint32_t width = 0;
+  if (!native_.empty()) gp::GdipGetImageWidth(native_.get(), &width);
+  return static_cast<float>(width);
+}
+
+float cls_DrawImage::HEIGHT(Get) const {
+  uint32_t height = 0;
+  if (!native_.empty()) gp::GdipGetImageHeight(native_.get(), &height);
+  return static_cast<float>(height);
+}
+
+int64_t cls_DrawImage::HANDLE(Get) const { return native_.handleValue(); }
+
+void cls_DrawImage::checkPixel(int32_t x, int32_t y) const {
+  if (native_.empty() || x < 0 || y < 0 || x >= static_cast<int32_t>(WIDTH()) || y >= static_cast<int32_t>(HEIGHT()))
+    raise(rt::InvalidCall);
+}
+
+int32_t cls_DrawImage::PIXEL(Get, int32_t pX, int32_t pY) const {
+  checkPixel(pX, pY);
+  gp::ARGB argb = 0;
+  gp::Check(gp::GdipBitmapGetPixel(bitmap(), pX, pY, &argb));
+  return static_cast<int32_t>(argb);
+}
+
+void cls_DrawImage::PIXEL(Let, int32_t pX, int32_t pY, int32_t RHS) {
+  checkPixel(pX, pY);
+  gp::Check(gp::GdipBitmapSetPixel(bitmap(), pX, pY, static_cast<gp::ARGB>(RHS)));
+}
+
+Ref<cls_DrawImage> cls_DrawImage::DELETE(Call) {
+  native_.free();
+  return Ref<cls_DrawImage>(this);
+}
+
+}  // namespace tessel

@@ -1,0 +1,53 @@
+#include <tessel/images/cls_DrawToolImage.h>
+
+#include <tessel/core/Text.h>
+
+#include <optional>
+
+namespace tessel {
+
+namespace {
+
+// "(w,h)" or "w,h" with whole numbers and blanks around them; nothing else is a size.
+std::optional<std::pair<int32_t, int32_t>> sizeText(std::u16string_view s) {
+  s = trimBlanks(s);
+  if (s.size() >= 2 && s.front() == u'(' && s.back() == u')') s = s.substr(1, s.size() - 2);
+  const size_t comma = s.find(u',');
+  if (comma == std::u16string_view::npos) return std::nullopt;
+  int32_t side[2];
+  std::u16string_view parts[2] = {trimBlanks(s.substr(0, comma)), trimBlanks(s.substr(comma + 1))};
+  for (int k = 0; k < 2; ++k) {
+    if (parts[k].empty() || parts[k].size() > 9) return std::nullopt;
+    side[k] = 0;
+    for (char16_t c : parts[k]) {
+      if (c < u'0' || c > u'9') return std::nullopt;
+      side[k] = side[k] * 10 + (c - u'0');
+    }
+  }
+  return std::pair{side[0], side[1]};
+}
+
+}  // namespace
+
+Ref<cls_DrawImage> cls_DrawToolImage::AUTO(Call, const Variant& pImage) {
+  if (pImage.isObject()) {
+    if (auto same = refCast<cls_DrawImage>(pImage.objRef())) return same;
+    raise(rt::TypeMismatch);
+  }
+  if (pImage.isString()) {
+    if (auto size = sizeText(pImage.str())) return CREATE(size->first, size->second);
+    return LOAD(pImage.str());
+  }
+  const int32_t side = pImage.toLong();
+  return CREATE(side, side);
+}
+
+Ref<cls_DrawImage> cls_DrawToolImage::CREATE(Call, int32_t pWidth, int32_t pHeight, const Variant& pColor) {
+  return make<cls_DrawImage>()->CREATE(pWidth, pHeight, pColor);
+}
+
+Ref<cls_DrawImage> cls_DrawToolImage::LOAD(Call, const std::u16string& pFile) {
+  return make<cls_DrawImage>()->LOAD(pFile);
+}
+
+}  // namespace tessel
