@@ -56,8 +56,15 @@ def main():
     cpp = direct.cpp_get_ns(2_000_000)
     cpp_invoke = direct.cpp_invoke_ns(2_000_000)
     scripted, _ = per_call("tp.X", env, number)
+    tt = env["tt"]
     print(f"  C++ direct get {cpp:.1f}ns, C++ Invoke by name {cpp_invoke:.1f}ns; "
           f"a scripted get costs {scripted / cpp_invoke:.1f}x the C++ Invoke, {scripted / cpp:.0f}x the direct call")
+    tt.INIT()
+    brush, _ = per_call('tt.BRUSH.AUTO("#FF8000")', env, 20_000)
+    typed = direct.cpp_brush_auto_ns(200_000)
+    invoked = direct.cpp_brush_auto_invoke_ns(200_000)
+    print(f"  DRAW.BRUSH.AUTO(\"#FF8000\"): Python {brush:.0f}ns, C++ typed {typed:.0f}ns, "
+          f"C++ Invoke by name {invoked:.0f}ns; Python / C++ typed = {brush / typed:.2f}x")
     verdict = "meets" if worst_get <= TARGET else "MISSES"
     print(f"  property get: type library / hand-written = {worst_get:.2f}x ({verdict} the {TARGET:.2f}x target)")
     return 0

@@ -57,4 +57,18 @@ PYBIND11_MODULE(_tessel_bench_direct, m) {
     Ref<cls_DrawPoint> p = make<cls_DrawPoint>();
     return timePerCall(n, [&] { gSink = Invoke(p.get(), "X", InvokeKind::Get, std::span<Variant>()).toDouble(); });
   });
+  // A solid brush from a colour text, made and dropped: the typed call and the late-bound one.
+  m.def("cpp_brush_auto_ns", [](long n) {
+    mdl_Global::DRAW()->INIT();
+    return timePerCall(n, [] { gSink = static_cast<double>(mdl_Global::DRAW()->BRUSH()->AUTO(Variant(u"#FF8000"))->HANDLE()); });
+  });
+  m.def("cpp_brush_auto_invoke_ns", [](long n) {
+    mdl_Global::DRAW()->INIT();
+    return timePerCall(n, [] {
+      Variant text(u"#FF8000");
+      Variant brush = Invoke(Invoke(mdl_Global::DRAW().get(), "BRUSH", InvokeKind::Get, std::span<Variant>()), "AUTO",
+                             InvokeKind::Method, std::span<Variant>(&text, 1));
+      gSink = static_cast<double>(brush.isObject());
+    });
+  });
 }
