@@ -139,8 +139,10 @@ Ref<cls_DrawPath> cls_DrawPath::BEZIER(Call, const Variant& p1, const Variant& p
   return hSelf();
 }
 
-// With a radius, four quarter arcs clockwise from the top-left corner; libgdiplus joins each to
-// the one before with the straight side between them.
+// With a radius, a quarter circle at each corner, clockwise from the top left: a Bézier curve with
+// the usual handles, between points that lie exactly on the sides (an arc's ends would be off by
+// the rounding of its sines, and so would BOUNDS). libgdiplus draws the straight sides as the
+// lines that join one curve to the next.
 Ref<cls_DrawPath> cls_DrawPath::RECT(Call, const Variant& pRect, float pRadius) {
   const gp::GpRectF r = hRect(pRect);
   const float radius = std::min({hFinite(pRadius), r.Width / 2, r.Height / 2});
@@ -149,14 +151,20 @@ Ref<cls_DrawPath> cls_DrawPath::RECT(Call, const Variant& pRect, float pRadius) 
     hAdd([&](gp::GpPath* path) { return gp::GdipAddPathRectangle(path, r.X, r.Y, r.Width, r.Height); });
     return hSelf();
   }
-  const float d = 2 * radius, right = r.X + r.Width - d, bottom = r.Y + r.Height - d;
-  const struct {
-    float x, y, start;
-  } corners[] = {{r.X, r.Y, 180}, {right, r.Y, 270}, {right, bottom, 0}, {r.X, bottom, 90}};
+  constexpr double kHandle = 0.5522847498307936;  // 4/3 (sqrt 2 - 1): a quarter circle's handle length
+  const float k = static_cast<float>(radius * (1 - kHandle));  // a handle's distance from the corner
+  const float x = r.X, y = r.Y, x2 = r.X + r.Width, y2 = r.Y + r.Height;
+  const gp::GpPointF corners[4][4] = {
+      {{x, y + radius}, {x, y + k}, {x + k, y}, {x + radius, y}},
+      {{x2 - radius, y}, {x2 - k, y}, {x2, y + k}, {x2, y + radius}},
+      {{x2, y2 - radius}, {x2, y2 - k}, {x2 - k, y2}, {x2 - radius, y2}},
+      {{x + radius, y2}, {x + k, y2}, {x, y2 - k}, {x, y2 - radius}},
+  };
   hAdd([&](gp::GpPath* path) {
     gp::GdipStartPathFigure(path);
     for (const auto& c : corners) {
-      const gp::GpStatus status = gp::GdipAddPathArc(path, c.x, c.y, d, d, c.start, 90);
+      const gp::GpStatus status =
+          gp::GdipAddPathBezier(path, c[0].X, c[0].Y, c[1].X, c[1].Y, c[2].X, c[2].Y, c[3].X, c[3].Y);
       if (status != enm_Draw_Status::OK) return status;
     }
     return gp::GdipClosePathFigure(path);
