@@ -149,11 +149,16 @@ GpStatus GdipSetImageAttributesColorMatrix(GpImageAttributes* attributes, int ad
 // closed figures of their own. (GdipWidenPath and GdipWarpPath are no-ops in libgdiplus that
 // print warnings: not declared.)
 inline constexpr int FillModeAlternate = 0;
+// A point's type: the low bits say what it is, the high ones mark figure ends and markers.
+inline constexpr uint8_t PathPointTypeMask = 0x07;
+inline constexpr uint8_t PathPointTypeBezier = 3;  // a curve's two control points and its end
 
 GpStatus GdipCreatePath(int fillMode, GpPath** path);
 GpStatus GdipClonePath(GpPath* path, GpPath** clone);
 GpStatus GdipResetPath(GpPath* path);
 GpStatus GdipGetPointCount(GpPath* path, int* count);
+GpStatus GdipGetPathPoints(GpPath* path, GpPointF* points, int count);
+GpStatus GdipGetPathTypes(GpPath* path, uint8_t* types, int count);
 GpStatus GdipStartPathFigure(GpPath* path);
 GpStatus GdipClosePathFigure(GpPath* path);
 GpStatus GdipAddPathLine(GpPath* path, REAL x1, REAL y1, REAL x2, REAL y2);
@@ -163,8 +168,6 @@ GpStatus GdipAddPathBezier(GpPath* path, REAL x1, REAL y1, REAL x2, REAL y2, REA
 GpStatus GdipAddPathRectangle(GpPath* path, REAL x, REAL y, REAL width, REAL height);
 GpStatus GdipAddPathEllipse(GpPath* path, REAL x, REAL y, REAL width, REAL height);
 GpStatus GdipAddPathPolygon(GpPath* path, const GpPointF* points, int count);
-// Bounds without a transform (matrix) or a pen widening them: both may be null.
-GpStatus GdipGetPathWorldBounds(GpPath* path, GpRectF* bounds, const GpMatrix* matrix, const GpPen* pen);
 // With no graphics: whether the pixel at (x, y), that is its centre, lies inside the fill.
 GpStatus GdipIsVisiblePathPoint(GpPath* path, REAL x, REAL y, GpGraphics* graphics, int* result);
 GpStatus GdipFillPath(GpGraphics* graphics, GpBrush* brush, GpPath* path);

@@ -209,10 +209,47 @@ Ref<cls_DrawPath> cls_DrawPath::POLYGON(Call, const Variant& pPoints) {
 // ---------------------------------------------------------------------------------------------
 // Questions, copies and the lifecycle.
 
+// Measured exactly: every point that is not a control point, and each curve where it turns on
+// either axis. (libgdiplus measures a coarsely flattened copy instead, which cuts an arc of
+// radius 500 short by more than a pixel.)
 Ref<cls_DrawRect> cls_DrawPath::BOUNDS(Call) const {
-  gp::GpRectF b{};
-  if (!native_.empty() && !gp::Succeeded(gp::GdipGetPathWorldBounds(native_.get(), &b, nullptr, nullptr))) b = {};
-  return rootFactory<cls_DrawToolRect>()->AUTO()->MOVE(b.X, b.Y, b.Width, b.Height);
+  int n = 0;
+  if (!native_.empty()) gp::GdipGetPointCount(native_.get(), &n);
+  std::vector<gp::GpPointF> pts(static_cast<size_t>(n));
+  std::vector<uint8_t> types(static_cast<size_t>(n));
+  if (n == 0 || !gp::Succeeded(gp::GdipGetPathPoints(native_.get(), pts.data(), n)) ||
+      !gp::Succeeded(gp::GdipGetPathTypes(native_.get(), types.data(), n)))
+    return rootFactory<cls_DrawToolRect>()->AUTO();
+  double lo[2] = {INFINITY, INFINITY}, hi[2] = {-INFINITY, -INFINITY};
+  auto take = [&](int axis, double v) {
+    lo[axis] = std::min(lo[axis], v);
+    hi[axis] = std::max(hi[axis], v);
+  };
+  for (size_t i = 0; i < pts.size(); ++i) {
+    const bool curve = (types[i] & gp::PathPointTypeMask) == gp::PathPointTypeBezier && i > 0 && i + 2 < pts.size();
+    for (int axis = 0; axis < 2; ++axis) {
+      auto at = [&](size_t k) -> double { return axis ? pts[k].Y : pts[k].X; };
+      if (!curve) {
+        take(axis, at(i));
+        continue;
+      }
+      // The curve from i - 1 to i + 2 turns where its derivative, a t² + b t + c, is 0: at q / a
+      // and c / q, the roots in the form that loses no precision when a is small.
+      const double p0 = at(i - 1), p1 = at(i), p2 = at(i + 1), p3 = at(i + 2);
+      const double a = p3 - 3 * p2 + 3 * p1 - p0, b = 2 * (p2 - 2 * p1 + p0), c = p1 - p0;
+      const double disc = b * b - 4 * a * c;
+      const double q = disc >= 0 ? -(b + std::copysign(std::sqrt(disc), b)) / 2 : 0;
+      take(axis, p3);
+      for (double t : {a != 0 ? q / a : -1, q != 0 ? c / q : -1})
+        if (t > 0 && t < 1) {
+          const double u = 1 - t;
+          take(axis, u * u * u * p0 + 3 * u * u * t * p1 + 3 * u * t * t * p2 + t * t * t * p3);
+        }
+    }
+    if (curve) i += 2;
+  }
+  return rootFactory<cls_DrawToolRect>()->AUTO()->MOVE(checkedSingle(lo[0]), checkedSingle(lo[1]),
+                                                       checkedSingle(hi[0] - lo[0]), checkedSingle(hi[1] - lo[1]));
 }
 
 bool cls_DrawPath::HITTEST(Call, const Variant& pX, const Variant& pY) const {

@@ -111,6 +111,8 @@ TEST_F(Paths, BoundsAndHitTests) {
   EXPECT_TRUE(Invoke(p.get(), "HITTEST", InvokeKind::Method, {50, 40}).toBool());
   EXPECT_FALSE(p->RESET()->HITTEST(50, 40));
   EXPECT_EQ(p->ARC(rect(0, 0, 100, 100), 0, 90)->BOUNDS()->INFO(), u"(50,50)-(99,99)");
+  auto b = path()->ARC(rect(0, 0, 1000, 1000), 30, 120)->BOUNDS();  // turns at the bottom, mid-curve
+  EXPECT_NEAR(b->Y() + b->H(), 1000, 0.2);
   EXPECT_EQ(path()->LINES(u"(0,0),(50,-1e1),\t( 25 , 40.5 )")->BOUNDS()->INFO(), u"(0,-10)-(49,39.5)");
 }
 
