@@ -10,6 +10,7 @@
 #include <functional>
 
 #include "TestSupport.h"
+#include "resources/Canvas.h"
 
 using namespace tessel;
 namespace gp = tessel::mdl_GDIPlus;
@@ -38,23 +39,13 @@ int points(const Ref<cls_DrawPath>& p) {
 // The path filled black into a white 40 × 40 bitmap by the flat API itself: "#" for each probed
 // pixel that is inked, "." for one that is not.
 std::string filled(const Ref<cls_DrawPath>& p, std::initializer_list<std::pair<int, int>> probes) {
-  gp::GpBitmap* b = nullptr;
-  gp::GdipCreateBitmapFromScan0(40, 40, 0, gp::PixelFormat32bppARGB, nullptr, &b);
-  gp::ImageHandle bitmap(b);
-  gp::GpGraphics* g = nullptr;
-  gp::GdipGetImageGraphicsContext(b, &g);
-  gp::GraphicsHandle graphics(g);
-  gp::GdipGraphicsClear(g, 0xFFFFFFFF);
+  Canvas canvas(40, 40);
   gp::GpSolidFill* fill = nullptr;
   gp::GdipCreateSolidFill(0xFF000000, &fill);
   gp::BrushHandle brush(fill);
-  EXPECT_EQ(gp::GdipFillPath(g, fill, native(p)), enm_Draw_Status::OK);
+  EXPECT_EQ(gp::GdipFillPath(canvas.graphics(), fill, native(p)), enm_Draw_Status::OK);
   std::string s;
-  for (auto [x, y] : probes) {
-    gp::ARGB c = 0;
-    gp::GdipBitmapGetPixel(b, x, y, &c);
-    s += (c & 0xFF) < 128 ? '#' : '.';
-  }
+  for (auto [x, y] : probes) s += (canvas.pixel(x, y) & 0xFF) < 128 ? '#' : '.';
   return s;
 }
 
