@@ -154,6 +154,36 @@ GpStatus GdipSetImageAttributesColorMatrix(GpImageAttributes* attributes, int ad
                                            const ColorMatrix* colorMatrix, const ColorMatrix* greyMatrix,
                                            int flags);
 
+// ---------------------------------------------------------------------------------------------
+// Paths. Figures of lines, arcs and Bézier curves, for filling, outlining and hit-testing.
+// Adding to a figure continues it from its last point; rectangles, ellipses and polygons are
+// closed figures of their own. (GdipWidenPath and GdipWarpPath are no-ops in libgdiplus that
+// print warnings: not declared.)
+inline constexpr int FillModeAlternate = 0;
+// A point's type: the low bits say what it is, the high ones mark figure ends and markers.
+inline constexpr uint8_t PathPointTypeMask = 0x07;
+inline constexpr uint8_t PathPointTypeBezier = 3;  // a curve's two control points and its end
+
+GpStatus GdipCreatePath(int fillMode, GpPath** path);
+GpStatus GdipClonePath(GpPath* path, GpPath** clone);
+GpStatus GdipResetPath(GpPath* path);
+GpStatus GdipGetPointCount(GpPath* path, int* count);
+GpStatus GdipGetPathPoints(GpPath* path, GpPointF* points, int count);
+GpStatus GdipGetPathTypes(GpPath* path, uint8_t* types, int count);
+GpStatus GdipStartPathFigure(GpPath* path);
+GpStatus GdipClosePathFigure(GpPath* path);
+GpStatus GdipAddPathLine(GpPath* path, REAL x1, REAL y1, REAL x2, REAL y2);
+GpStatus GdipAddPathLine2(GpPath* path, const GpPointF* points, int count);
+GpStatus GdipAddPathArc(GpPath* path, REAL x, REAL y, REAL width, REAL height, REAL startAngle, REAL sweepAngle);
+GpStatus GdipAddPathBezier(GpPath* path, REAL x1, REAL y1, REAL x2, REAL y2, REAL x3, REAL y3, REAL x4, REAL y4);
+GpStatus GdipAddPathRectangle(GpPath* path, REAL x, REAL y, REAL width, REAL height);
+GpStatus GdipAddPathEllipse(GpPath* path, REAL x, REAL y, REAL width, REAL height);
+GpStatus GdipAddPathPolygon(GpPath* path, const GpPointF* points, int count);
+// With no graphics: whether the pixel at (x, y), that is its centre, lies inside the fill.
+GpStatus GdipIsVisiblePathPoint(GpPath* path, REAL x, REAL y, GpGraphics* graphics, int* result);
+GpStatus GdipFillPath(GpGraphics* graphics, GpBrush* brush, GpPath* path);
+// ---------------------------------------------------------------------------------------------
+
 // Freeing, with GdipDisposeImage and GdipDeleteGraphics above. Called only by the handles below.
 GpStatus GdipDeleteBrush(GpBrush* brush);
 GpStatus GdipDeletePen(GpPen* pen);

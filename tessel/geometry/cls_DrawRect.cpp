@@ -20,18 +20,6 @@ double hAsSingle(double v) { return std::fabs(v) <= FLT_MAX ? static_cast<double
 
 double hByName(Object* o, std::string_view name) { return Invoke(o, name, InvokeKind::Get).toDouble(); }
 
-// A point argument's coordinates: a point object's own, any other object's read by name.
-void hPointOf(const Variant& pPoint, double& x, double& y) {
-  const Variant p = PointArgument(pPoint);
-  if (auto pt = refCast<cls_DrawPoint>(p.objRef())) {
-    x = pt->X();
-    y = pt->Y();
-  } else {
-    x = hByName(p.obj(), "X");
-    y = hByName(p.obj(), "Y");
-  }
-}
-
 int hColumn(enm_UIRectCorner c) {
   auto v = static_cast<int32_t>(c);
   if (v < 0 || v > 8) raise(rt::InvalidCall);
@@ -141,7 +129,7 @@ void cls_DrawRect::H(Let, float v) {
 
 Variant cls_DrawRect::MOVECENTER(Call, const Variant& pPoint) {
   double px, py;
-  hPointOf(pPoint, px, py);
+  PointCoordinates(pPoint, px, py);
   // Both targets first: the offsets to the centre must not see a half-done move.
   float x = checkedSingle(px + (static_cast<double>(x_) - hXC()));
   float y = checkedSingle(py + (static_cast<double>(y_) - hYC()));
@@ -170,8 +158,8 @@ Ref<cls_DrawRect> cls_DrawRect::SIZE(Call, float pW, float pH) { return MOVE(x_,
 
 Ref<cls_DrawRect> cls_DrawRect::LINES(Call, const Variant& p1, const Variant& p2) {
   double x1, y1, x2, y2;
-  hPointOf(p1, x1, y1);
-  hPointOf(p2, x2, y2);
+  PointCoordinates(p1, x1, y1);
+  PointCoordinates(p2, x2, y2);
   LINEXY(x1, y1, x2, y2);
   return hSelf();
 }

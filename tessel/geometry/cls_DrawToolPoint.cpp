@@ -8,6 +8,17 @@ Variant PointArgument(const Variant& p) {
   return p.isObject() ? p : Variant(rootFactory<cls_DrawToolPoint>()->AUTO(p, 0));
 }
 
+void PointCoordinates(const Variant& pPoint, double& x, double& y) {
+  const Variant p = PointArgument(pPoint);
+  if (auto pt = refCast<cls_DrawPoint>(p.objRef())) {
+    x = pt->X();
+    y = pt->Y();
+  } else {
+    x = Invoke(p.obj(), "X", InvokeKind::Get).toDouble();
+    y = Invoke(p.obj(), "Y", InvokeKind::Get).toDouble();
+  }
+}
+
 Ref<cls_DrawPoint> cls_DrawToolPoint::POINT(Call, double pX, double pY) { return make<cls_DrawPoint>()->MOVE(pX, pY); }
 
 Ref<cls_DrawPoint> cls_DrawToolPoint::AUTO(Call, const Variant& pXOrAny, double pY) {

@@ -10,6 +10,9 @@ namespace tessel {
 // A point argument: an object as it is, any other value made into a point by the thread's point
 // factory (the root's POINT).
 Variant PointArgument(const Variant& p);
+// The coordinates of a point argument: a point object's own, any other object's X and Y read by
+// name, any other value's as the point factory makes it.
+void PointCoordinates(const Variant& p, double& x, double& y);
 
 class cls_DrawToolPoint final : public ObjectOf<cls_DrawToolPoint> {
   TESSEL_MEMBERS(cls_DrawToolPoint)

@@ -88,6 +88,8 @@ void cls_DrawTool::DEINIT(Call) {
   }
 }
 
+Ref<cls_DrawPath> cls_DrawTool::PATH(Call) const { return make<cls_DrawPath>(); }
+
 enm_Draw_Status cls_DrawTool::Execute(Call, enm_Draw_Status lReturn) const { return mdl_Global::Execute(lReturn); }
 
 std::u16string cls_DrawTool::ERRORINFO(Call, enm_Draw_Status lError) const {

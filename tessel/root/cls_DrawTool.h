@@ -11,6 +11,7 @@
 #include <tessel/geometry/cls_DrawToolRect.h>
 #include <tessel/images/cls_DrawToolImage.h>
 #include <tessel/resources/cls_DrawToolBrush.h>
+#include <tessel/resources/cls_DrawPath.h>
 #include <tessel/resources/cls_DrawToolImageAttributes.h>
 #include <tessel/resources/cls_DrawToolPen.h>
 #include <tessel/resources/cls_DrawToolTextFormat.h>

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "TestSupport.h"
+#include "resources/Canvas.h"
 
 using namespace tessel;
 namespace gp = tessel::mdl_GDIPlus;
@@ -25,18 +26,9 @@ class Pens : public testing::Test {
 
 // The pixel at (x, y) after drawing a horizontal line across a white 9 × 9 bitmap at y = 4.
 gp::ARGB lineDrawnWith(const Ref<cls_DrawPen>& pen, int x, int y) {
-  gp::GpBitmap* b = nullptr;
-  gp::GdipCreateBitmapFromScan0(9, 9, 0, gp::PixelFormat32bppARGB, nullptr, &b);
-  gp::ImageHandle bitmap(b);
-  gp::GpGraphics* g = nullptr;
-  gp::GdipGetImageGraphicsContext(b, &g);
-  gp::GraphicsHandle graphics(g);
-  gp::GdipGraphicsClear(g, 0xFFFFFFFF);
-  gp::GdipDrawLineI(g, reinterpret_cast<gp::GpPen*>(static_cast<intptr_t>(pen->HANDLE())), 0, 4, 8, 4);
-  graphics.reset();
-  gp::ARGB pixel = 0;
-  gp::GdipBitmapGetPixel(b, x, y, &pixel);
-  return pixel;
+  Canvas canvas(9, 9);
+  gp::GdipDrawLineI(canvas.graphics(), reinterpret_cast<gp::GpPen*>(static_cast<intptr_t>(pen->HANDLE())), 0, 4, 8, 4);
+  return canvas.pixel(x, y);
 }
 
 }  // namespace
