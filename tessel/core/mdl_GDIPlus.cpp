@@ -13,6 +13,8 @@ std::recursive_mutex& TextLock() {
   return m;
 }
 
+int32_t LogPixelsY(HDC) noexcept { return 96; }
+
 std::vector<std::pair<const char*, long>> LiveHandles() {
   return {{"brush", BrushHandle::live()},   {"pen", PenHandle::live()},
           {"font", FontHandle::live()},     {"family", FontFamilyHandle::live()},
