@@ -9,6 +9,7 @@
 #include <tessel/core/mdl_GDIPlus.h>
 #include <tessel/geometry/cls_DrawToolPoint.h>
 #include <tessel/geometry/cls_DrawToolRect.h>
+#include <tessel/resources/cls_DrawToolFont.h>
 #include <tessel/resources/cls_DrawToolImageAttributes.h>
 #include <tessel/resources/cls_DrawToolPen.h>
 #include <tessel/resources/cls_DrawToolTextFormat.h>
