@@ -63,7 +63,8 @@ Ref<cls_DrawFont> cls_DrawFont::FROMHDC(Call, int64_t pHDC, const std::u16string
   if (native_.isProtected()) return Ref<cls_DrawFont>(this);
   const auto hdc = reinterpret_cast<gp::HDC>(static_cast<intptr_t>(pHDC));
   // A negative height selects by character height: points at the device's resolution, in
-  // pixels. A height beyond 32 bits raises 6 before anything changes.
+  // pixels. A height beyond 32 bits raises 6 before anything changes (and the lowest, whose
+  // absolute value libgdiplus takes, is left out).
   gp::LOGFONTA record{};
   record.lfHeight = static_cast<int32_t>(
       roundToWhole(-(pSize * gp::LogPixelsY(hdc) / 72.0), -double(INT32_MAX), double(INT32_MAX)));
