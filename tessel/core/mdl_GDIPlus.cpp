@@ -8,10 +8,13 @@
 
 namespace tessel::mdl_GDIPlus {
 
+// Never destroyed: a font that goes while the process ends still takes it to free itself.
 std::recursive_mutex& TextLock() {
-  static std::recursive_mutex m;
-  return m;
+  static auto* m = new std::recursive_mutex;
+  return *m;
 }
+
+int32_t LogPixelsY(HDC) noexcept { return 96; }
 
 std::vector<std::pair<const char*, long>> LiveHandles() {
   return {{"brush", BrushHandle::live()},   {"pen", PenHandle::live()},

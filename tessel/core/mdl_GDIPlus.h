@@ -34,6 +34,7 @@ struct GpTexture : GpBrush {};
 struct GpPen;
 struct GpFont;
 struct GpFontFamily;
+struct GpFontCollection;
 struct GpStringFormat;
 struct GpImageAttributes;
 struct GpPath;
@@ -84,8 +85,34 @@ struct ColorMatrix {  // row-major, as GDI+ reads it
   REAL m[5][5];
 };
 inline constexpr int UnitPixel = 2;
+inline constexpr int UnitPoint = 3;
 inline constexpr int LineCapRound = 2;
 inline constexpr int LineJoinRound = 2;
+
+// A device context. libgdiplus takes a graphics (GpGraphics*) for one, and the font calls only
+// test it for null.
+using HDC = void*;
+
+// The logical-font record in its 8-bit form, laid out as libgdiplus reads it: LONG is 32 bits
+// wide here, and the face name is taken as UTF-8 bytes, at most 31 of them before the zero.
+inline constexpr int LF_FACESIZE = 32;
+struct LOGFONTA {
+  int32_t lfHeight;  // negative: the character height in pixels, which libgdiplus takes as the em size
+  int32_t lfWidth;
+  int32_t lfEscapement;
+  int32_t lfOrientation;
+  int32_t lfWeight;  // above 400 is bold
+  uint8_t lfItalic;
+  uint8_t lfUnderline;
+  uint8_t lfStrikeOut;
+  uint8_t lfCharSet;
+  uint8_t lfOutPrecision;
+  uint8_t lfClipPrecision;
+  uint8_t lfQuality;
+  uint8_t lfPitchAndFamily;
+  char lfFaceName[LF_FACESIZE];
+};
+static_assert(sizeof(LOGFONTA) == 60);
 
 inline constexpr PixelFormat PixelFormat32bppARGB = 0x0026200A;
 inline constexpr PixelFormat PixelFormat32bppPARGB = 0x000E200B;
@@ -146,6 +173,18 @@ GpStatus GdipSetStringFormatAlign(GpStringFormat* format, int align);
 GpStatus GdipGetStringFormatAlign(GpStringFormat* format, int* align);
 GpStatus GdipSetStringFormatLineAlign(GpStringFormat* format, int align);
 GpStatus GdipGetStringFormatLineAlign(GpStringFormat* format, int* align);
+
+// Fonts and font families. A family made from a name never fails for an unknown name: fontconfig
+// substitutes ("Arial" is Liberation Sans when fonts-liberation is installed). Every call holds
+// TextLock().
+GpStatus GdipCreateFontFromLogfontA(HDC hdc, const LOGFONTA* logfont, GpFont** font);
+GpStatus GdipCreateFontFamilyFromName(const char16_t* name, GpFontCollection* collection, GpFontFamily** family);
+GpStatus GdipCreateFont(const GpFontFamily* family, REAL emSize, int style, int unit, GpFont** font);
+GpStatus GdipGetFontSize(GpFont* font, REAL* size);
+GpStatus GdipGetFontStyle(GpFont* font, int* style);
+GpStatus GdipGetFamily(GpFont* font, GpFontFamily** family);  // a copy that the caller frees
+GpStatus GdipGetFamilyName(const GpFontFamily* family, char16_t name[LF_FACESIZE], uint16_t language);
+GpStatus GdipGetLogFontA(GpFont* font, GpGraphics* graphics, LOGFONTA* logfont);  // what the font was made of
 
 // Image attributes: a colour matrix and a grey matrix that recolour what is drawn through them.
 GpStatus GdipCreateImageAttributes(GpImageAttributes** attributes);
@@ -231,6 +270,12 @@ bool Succeeded(GpStatus status);
 
 // libgdiplus's font map is not thread-safe: every font and text call holds this lock.
 std::recursive_mutex& TextLock();
+
+// A device's logical pixels per inch vertically (what GetDeviceCaps answers for index 90). A
+// device context here is a graphics, and libgdiplus converts font sizes at 96 dpi when no
+// display is reachable, so this answers 96 for every device; a host that knows its screen may
+// refine it.
+int32_t LogPixelsY(HDC hdc) noexcept;
 
 // The class id of the image encoder for a MIME type ("image/png"), compared without regard to
 // case. False when libgdiplus has no such encoder.

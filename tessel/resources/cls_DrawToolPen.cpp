@@ -2,9 +2,7 @@
 
 #include <tessel/color/cls_DrawToolColor.h>
 #include <tessel/core/Root.h>
-#include <tessel/core/Text.h>
-#include <tessel/core/mdl_Basalt.h>
-#include <tessel/core/mdl_Global.h>
+#include <tessel/resources/Description.h>
 
 namespace tessel {
 
@@ -21,30 +19,21 @@ cls_DrawToolPen::cls_DrawToolPen() {
 }
 
 // "#FF0000,3px": colour and width pieces of the parameter language, the last of each kind
-// winning; any other kind of piece is reported through ERRORSET and gives an empty pen. Only the
-// whole text is trimmed: a piece keeps its blanks, so " bold" reads as a name (as the object
-// model has it).
+// winning (Description.h); any other kind of piece gives an empty pen.
 Ref<cls_DrawPen> cls_DrawToolPen::hDescribed(const std::u16string& text) {
-  std::u16string cleaned(trimBlanks(text));
-  for (char16_t& c : cleaned)
-    if (c == u'\'') c = u'"';
   int32_t width = 1;
   Variant red = int32_t(0), green = int32_t(0), blue = int32_t(0), alpha = int32_t(255);
-  for (const std::u16string& piece : mdl_Basalt::Split(cleaned, u',', u"(", u")", u'"')) {
-    if (piece.empty()) continue;
-    int32_t kind = -1;
-    Variant v1, v2, v3, v4;
-    mdl_Global::PARADECODE(piece, kind, v1, v2, v3, v4);
-    if (kind == kColorPiece) {
-      red = v1, green = v2, blue = v3, alpha = v4;
-    } else if (kind == kWidthPiece) {
-      width = v1.toLong();
+  const bool read = ReadDescription(text, u"pen", [&](const DescriptionPiece& piece) {
+    if (piece.kind == kColorPiece) {
+      red = piece.value[0], green = piece.value[1], blue = piece.value[2], alpha = piece.value[3];
+    } else if (piece.kind == kWidthPiece) {
+      width = piece.value[0].toLong();
     } else {
-      rootErrorSet(u"Wrong arguments '" + text + u"' for pen creation: Parameter '" + piece + u"' (type " +
-                   mdl_Global::PARATYPETEXT(kind) + u") not accepted");
-      return make<cls_DrawPen>();
+      return false;
     }
-  }
+    return true;
+  });
+  if (!read) return make<cls_DrawPen>();
   auto colour = rootFactory<cls_DrawToolColor>()->RGB(red.toLong(), green.toLong(), blue.toLong(), alpha.toLong());
   return make<cls_DrawPen>()->SOLID(Variant(colour), width);
 }

@@ -32,6 +32,7 @@ void fillSeam() {
   fillSeam<cls_DrawToolPen, &cls_DrawTool::PEN>();
   fillSeam<cls_DrawToolRect, &cls_DrawTool::RECT>();
   fillSeam<cls_DrawToolPoint, &cls_DrawTool::POINT>();
+  fillSeam<cls_DrawToolFont, &cls_DrawTool::FONT>();
   RootErrorSet = [](const std::u16string& message) { mdl_Global::DRAW()->ERRORSET(message); };
   return true;
 }();

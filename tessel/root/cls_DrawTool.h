@@ -12,6 +12,7 @@
 #include <tessel/images/cls_DrawToolImage.h>
 #include <tessel/resources/cls_DrawToolBrush.h>
 #include <tessel/resources/cls_DrawPath.h>
+#include <tessel/resources/cls_DrawToolFont.h>
 #include <tessel/resources/cls_DrawToolImageAttributes.h>
 #include <tessel/resources/cls_DrawToolPen.h>
 #include <tessel/resources/cls_DrawToolTextFormat.h>
