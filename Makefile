@@ -5,7 +5,7 @@ PYTHON  ?= /usr/bin/python3
 JOBS    ?= $(shell nproc)
 CMAKE_FLAGS ?= -DCMAKE_BUILD_TYPE=RelWithDebInfo -DPython_EXECUTABLE=$(PYTHON)
 
-.PHONY: all setup configure build test test-cpp test-python demo bench fuzz install clean reference sanitize tsan soak
+.PHONY: all setup configure build test test-cpp test-python demo bench fuzz install clean reference sanitize tsan soak pictures
 
 all: build
 
@@ -29,6 +29,12 @@ demo: build
 	@mkdir -p out
 	env -u DISPLAY $(BUILD)/bin/tessel-showcase out/showcase.png
 	@if [ -f apps/showcase.py ]; then env -u DISPLAY PYTHONPATH=$(BUILD)/python $(PYTHON) apps/showcase.py out; fi
+
+# The pictures of the guide (docs/pictures), drawn by the showcase.
+pictures: build
+	@mkdir -p out/pictures
+	env -u DISPLAY $(BUILD)/bin/tessel-showcase out/pictures/showcase.png
+	cp out/pictures/resources.png docs/pictures/
 
 bench: build
 	@if [ -x $(BUILD)/bin/tessel-bench ]; then \

@@ -35,6 +35,7 @@ bool drawPicture(const std::string& file) {
 
 void showGeometry();
 void showPalette();
+bool drawResources(const std::string& file);
 
 int main(int argc, char** argv) {
   std::string out = argc > 1 ? argv[1] : "showcase.png";
@@ -57,6 +58,11 @@ int main(int argc, char** argv) {
     return 1;
   }
   std::printf("drew %s\n", out.c_str());
+  const size_t slash = out.find_last_of('/');
+  if (!drawResources((slash == std::string::npos ? std::string() : out.substr(0, slash + 1)) + "resources.png")) {
+    std::fprintf(stderr, "could not draw the resources picture\n");
+    return 1;
+  }
   draw->DEINIT();
   return 0;
 }

@@ -203,6 +203,10 @@ inline constexpr int FillModeAlternate = 0;
 inline constexpr uint8_t PathPointTypeMask = 0x07;
 inline constexpr uint8_t PathPointTypeBezier = 3;  // a curve's two control points and its end
 
+// The outlines of a text's glyphs, laid out in the rectangle as the string format says (null:
+// from the top left); emSize in world units. A text call: hold TextLock.
+GpStatus GdipAddPathString(GpPath* path, const char16_t* string, int length, const GpFontFamily* family, int style,
+                           REAL emSize, const GpRectF* layoutRect, const GpStringFormat* format);
 GpStatus GdipCreatePath(int fillMode, GpPath** path);
 GpStatus GdipClonePath(GpPath* path, GpPath** clone);
 GpStatus GdipResetPath(GpPath* path);
@@ -221,6 +225,7 @@ GpStatus GdipAddPathPolygon(GpPath* path, const GpPointF* points, int count);
 // With no graphics: whether the pixel at (x, y), that is its centre, lies inside the fill.
 GpStatus GdipIsVisiblePathPoint(GpPath* path, REAL x, REAL y, GpGraphics* graphics, int* result);
 GpStatus GdipFillPath(GpGraphics* graphics, GpBrush* brush, GpPath* path);
+GpStatus GdipDrawPath(GpGraphics* graphics, GpPen* pen, GpPath* path);
 // ---------------------------------------------------------------------------------------------
 
 // Freeing, with GdipDisposeImage and GdipDeleteGraphics above. Called only by the handles below.

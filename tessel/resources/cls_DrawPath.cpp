@@ -6,6 +6,8 @@
 #include <tessel/geometry/cls_DrawToolPoint.h>
 #include <tessel/geometry/cls_DrawToolRect.h>
 #include <tessel/geometry/mdl_GDIPlus_Geometry.h>
+#include <tessel/resources/cls_DrawToolFont.h>
+#include <tessel/resources/cls_DrawToolTextFormat.h>
 
 #include <algorithm>
 #include <cmath>
@@ -212,6 +214,26 @@ Ref<cls_DrawPath> cls_DrawPath::POLYGON(Call, const Variant& pPoints) {
 // Measured exactly: every point that is not a control point, and each curve where it turns on
 // either axis. (libgdiplus measures a coarsely flattened copy instead, which cuts an arc of
 // radius 500 short by more than a pixel.)
+// The outlined text that the surface draws: the font's SIZE as the em height, as it has it.
+Ref<cls_DrawPath> cls_DrawPath::TEXT(Call, const std::u16string& pText, const Variant& pFont, const Variant& pRect,
+                                     const Variant& pFormat) {
+  const Ref<cls_DrawFont> font = rootFactory<cls_DrawToolFont>()->AUTO(pFont);
+  const Ref<cls_DrawTextFormat> format =
+      pFormat.isMissing() ? Ref<cls_DrawTextFormat>() : rootFactory<cls_DrawToolTextFormat>()->AUTO(pFormat);
+  const gp::GpRectF r = hRect(pRect);
+  if (!font || font->HANDLE() == 0) raise(rt::InvalidCall);
+  const float size = checkedSingle(font->SIZE());
+  const int style = static_cast<int>(font->STYLE());
+  const auto* family = reinterpret_cast<gp::GpFontFamily*>(static_cast<intptr_t>(font->FAMILY()));
+  const auto* layout = format ? reinterpret_cast<gp::GpStringFormat*>(static_cast<intptr_t>(format->HANDLE())) : nullptr;
+  if (pText.empty()) return hSelf();
+  std::lock_guard lock(gp::TextLock());
+  hAdd([&](gp::GpPath* path) {
+    return gp::GdipAddPathString(path, pText.c_str(), static_cast<int>(pText.size()), family, style, size, &r, layout);
+  });
+  return hSelf();
+}
+
 Ref<cls_DrawRect> cls_DrawPath::BOUNDS(Call) const {
   int n = 0;
   if (!native_.empty()) gp::GdipGetPointCount(native_.get(), &n);

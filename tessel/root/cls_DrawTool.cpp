@@ -33,6 +33,7 @@ void fillSeam() {
   fillSeam<cls_DrawToolRect, &cls_DrawTool::RECT>();
   fillSeam<cls_DrawToolPoint, &cls_DrawTool::POINT>();
   fillSeam<cls_DrawToolFont, &cls_DrawTool::FONT>();
+  fillSeam<cls_DrawToolTextFormat, &cls_DrawTool::TEXTFORMAT>();
   RootErrorSet = [](const std::u16string& message) { mdl_Global::DRAW()->ERRORSET(message); };
   return true;
 }();

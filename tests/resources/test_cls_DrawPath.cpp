@@ -133,3 +133,22 @@ TEST_F(Paths, BadInputChangesNothing) {
   EXPECT_EQ(raisedNumber([&] { fresh->ARC(rect(0, 0, 10, 10), nan, 90); }), objectError(6));
   EXPECT_EQ(fresh->HANDLE(), 0);
 }
+
+TEST_F(Paths, TextOutlinesFollowFontAndFormat) {
+  const long fonts = gp::FontHandle::live();
+  auto left = path()->TEXT(u"HI", Variant(u"Arial,20,bold"), rect(0, 0, 40, 40));
+  auto box = left->BOUNDS();
+  EXPECT_LT(box->X(), 6);  // top left, glyphs about the em height high
+  EXPECT_GT(box->H(), 10);
+  EXPECT_LT(box->H(), 20);
+  // The H's stems are inked, the gap between them is not.
+  EXPECT_EQ(filled(left, {{static_cast<int>(box->X()) + 2, static_cast<int>(box->Y() + box->H() / 4)}}), "#");
+
+  auto centred = path()->TEXT(u"HI", Variant(u"Arial,20,bold"), rect(0, 0, 40, 40), Variant(int32_t(5)));  // centre, top
+  EXPECT_NEAR(centred->BOUNDS()->X() + centred->BOUNDS()->W() / 2, 20, 2);
+  EXPECT_EQ(path()->TEXT(u"", Variant(u"Arial"), rect(0, 0, 40, 40))->HANDLE(), 0);
+  Error e = raisedBy([&] { path()->TEXT(u"HI", Variant(int32_t(3)), rect(0, 0, 40, 40)); });  // no font
+  EXPECT_EQ(e.number(), objectError(5));
+  EXPECT_EQ(e.source(), "cls_DrawPath.TEXT");
+  EXPECT_EQ(gp::FontHandle::live(), fonts);
+}
