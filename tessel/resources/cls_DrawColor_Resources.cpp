@@ -15,6 +15,9 @@ Ref<cls_DrawBrush> cls_DrawColor::BRUSH(Get) const {
   if (!brush_) {
     Ref<cls_DrawBrush> made = rootFactory<cls_DrawToolBrush>()->SOLID(Variant(Ref<cls_DrawColor>(const_cast<cls_DrawColor*>(this))));
     made->PROTECTED(true);
+    // Kept only when it holds a native brush: one asked for before the platform was started
+    // would otherwise stay empty for the colour's life.
+    if (made->HANDLE() == 0) return made;
     brush_ = made;
   }
   return Ref<cls_DrawBrush>(static_cast<cls_DrawBrush*>(brush_.get()));
@@ -29,6 +32,7 @@ Ref<cls_DrawPen> cls_DrawColor::PEN(Get, int32_t pWidth, enm_Draw_PenDash pStyle
     Ref<cls_DrawToolPen> pens = rootFactory<cls_DrawToolPen>();
     Ref<cls_DrawPen> made = style == 0 ? pens->SOLID(self, width) : pens->DASHED(self, static_cast<enm_Draw_PenDash>(style), width);
     made->PROTECTED(true);
+    if (made->HANDLE() == 0) return made;
     slot = made;
   }
   return Ref<cls_DrawPen>(static_cast<cls_DrawPen*>(slot.get()));

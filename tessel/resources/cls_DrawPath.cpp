@@ -284,7 +284,8 @@ bool cls_DrawPath::HITTEST(Call, const Variant& pX, const Variant& pY) const {
   }
   if (native_.empty()) return false;
   int inside = 0;
-  return gp::Succeeded(gp::GdipIsVisiblePathPoint(native_.get(), p.X, p.Y, nullptr, &inside)) && inside != 0;
+  // libgdiplus tests (x + 1, y + 0.5): half a pixel back on x makes both the pixel's centre.
+  return gp::Succeeded(gp::GdipIsVisiblePathPoint(native_.get(), p.X - 0.5f, p.Y, nullptr, &inside)) && inside != 0;
 }
 
 Ref<cls_DrawPath> cls_DrawPath::CLONE(Call) const {

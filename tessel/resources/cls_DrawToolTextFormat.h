@@ -16,8 +16,10 @@ class cls_DrawToolTextFormat final : public ObjectOf<cls_DrawToolTextFormat> {
   cls_DrawToolTextFormat();
 
  private:
-  // Left, right, centre, block: made with the factory, in that order, and protected.
-  std::array<Ref<cls_DrawTextFormat>, 4> shared_;
+  // Left, right, centre, block: made with the factory, in that order, and protected. One made
+  // before the platform was started holds no native format; it is made again when read.
+  const Ref<cls_DrawTextFormat>& hShared(size_t k) const;
+  mutable std::array<Ref<cls_DrawTextFormat>, 4> shared_;
 };
 
 }  // namespace tessel

@@ -12,7 +12,7 @@ def test_a_path_chains_and_answers_and_frees_its_native_path():
     assert isinstance(path, tessel.cls_DrawPath) and path.HANDLE != 0
     assert tuple(path.BOUNDS()) == (0, 0, 40, 10)
     assert path.HITTEST(10, 5) and not path.HITTEST(0, 0)  # a rounded corner
-    assert path.HITTEST(tessel.DRAW.POINT(38, 9)) and not path.HITTEST(31, 1)
+    assert path.HITTEST(tessel.DRAW.POINT(38, 9)) and not path.HITTEST(32, 1)
     with pytest.raises(ValueError) as info:
         path.LINES("(0,0),(1)")
     assert (info.value.number & 0xFFFF, info.value.source) == (5, "cls_DrawPath.LINES")

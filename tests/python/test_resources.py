@@ -39,3 +39,17 @@ def test_brush_factory_and_images_from_loose_arguments():
     assert raised.value.source == "cls_DrawImage.PIXEL.GET"
     del tile
     assert tessel.native_handles() == before
+
+
+def test_shared_resources_read_before_the_platform_starts_are_made_once_it_has():
+    from conftest import run_python
+    done = run_python(
+        "import tessel\n"
+        "D = tessel.DRAW\n"
+        "right, red = D.TEXTFORMAT.ALIGNRIGHT, D.COLOR('#FF0000')\n"
+        "assert right.HANDLE == 0 and red.BRUSH.HANDLE == 0\n"
+        "D.INIT()\n"
+        "right = D.TEXTFORMAT.ALIGNRIGHT\n"
+        "assert right.HANDLE != 0 and right.ALIGN == 2 and right.PROTECTED\n"
+        "assert red.BRUSH.HANDLE != 0 and red.BRUSH is red.BRUSH and red.PEN[2].HANDLE != 0\n")
+    assert done.returncode == 0, done.stderr

@@ -98,6 +98,7 @@ TEST_F(Paths, BoundsAndHitTests) {
   // A point is tested as the pixel it names, so the rectangle's inclusive edges hold.
   EXPECT_TRUE(p->HITTEST(10, 20) && p->HITTEST(109, 69));
   EXPECT_FALSE(p->HITTEST(110, 69) || p->HITTEST(50));  // a loose point: (50, 0)
+  EXPECT_FALSE(p->HITTEST(9, 40) || p->HITTEST(50, 19));  // both axes alike
   EXPECT_TRUE(p->HITTEST(Variant(mdl_Global::DRAW()->POINT()->POINT(50, 40))));
   EXPECT_TRUE(Invoke(p.get(), "HITTEST", InvokeKind::Method, {50, 40}).toBool());
   EXPECT_FALSE(p->RESET()->HITTEST(50, 40));
