@@ -1,5 +1,7 @@
 #include <tessel/color/cls_DrawToolColor.h>
 
+#include <tessel/core/Root.h>
+
 namespace tessel {
 
 namespace {
@@ -38,5 +40,10 @@ Ref<cls_DrawColor> cls_DrawToolColor::BLACK(Get) const { return black_; }
 void cls_DrawToolColor::BLACK(Set, Ref<cls_DrawColor> v) { black_ = std::move(v); }
 Ref<cls_DrawColor> cls_DrawToolColor::WHITE(Get) const { return white_; }
 void cls_DrawToolColor::WHITE(Set, Ref<cls_DrawColor> v) { white_ = std::move(v); }
+
+uint32_t ColorArgb(const Variant& colour) {
+  const Variant c = colour.isObject() ? colour : Variant(rootFactory<cls_DrawToolColor>()->AUTO(colour));
+  return static_cast<uint32_t>(Invoke(c, "ATOM", InvokeKind::Get).toLong());
+}
 
 }  // namespace tessel

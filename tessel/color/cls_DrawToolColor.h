@@ -20,4 +20,9 @@ class cls_DrawToolColor final : public ObjectOf<cls_DrawToolColor> {
   Ref<cls_DrawColor> white_;
 };
 
+// The packed ARGB word of a colour argument, as drawing code hands it to the platform: an object
+// is read by name, so that anything with an ATOM serves; any other value is what the calling
+// thread's colour factory makes of it through AUTO.
+uint32_t ColorArgb(const Variant& colour);
+
 }  // namespace tessel

@@ -1,7 +1,6 @@
 #include <tessel/images/cls_DrawImage.h>
 
 #include <tessel/color/cls_DrawToolColor.h>
-#include <tessel/core/Root.h>
 #include <tessel/core/Text.h>
 
 #include <filesystem>
@@ -29,8 +28,7 @@ gp::ImageHandle newBitmap(int32_t width, int32_t height) {
 Ref<cls_DrawImage> cls_DrawImage::CREATE(Call, int32_t pWidth, int32_t pHeight, const Variant& pColor) {
   gp::ImageHandle made = newBitmap(pWidth, pHeight);
   if (!pColor.isMissing()) {
-    const Variant colour = pColor.isObject() ? pColor : Variant(rootFactory<cls_DrawToolColor>()->AUTO(pColor));
-    const auto argb = static_cast<gp::ARGB>(Invoke(colour, "ATOM", InvokeKind::Get).toLong());
+    const gp::ARGB argb = ColorArgb(pColor);
     gp::GpGraphics* g = nullptr;
     gp::Check(gp::GdipGetImageGraphicsContext(made.get(), &g));
     gp::GraphicsHandle graphics(g);

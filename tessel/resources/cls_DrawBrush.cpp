@@ -11,17 +11,6 @@ namespace tessel {
 
 namespace gp = mdl_GDIPlus;
 
-namespace {
-
-// The packed ARGB of a colour argument: an object is read by name, so that anything with an
-// ATOM serves; any other value is what the colour factory's AUTO makes of it.
-gp::ARGB argbOf(const Variant& colour) {
-  const Variant c = colour.isObject() ? colour : Variant(rootFactory<cls_DrawToolColor>()->AUTO(colour));
-  return static_cast<gp::ARGB>(Invoke(c, "ATOM", InvokeKind::Get).toLong());
-}
-
-}  // namespace
-
 Ref<cls_DrawBrush> cls_DrawBrush::DELETE(Call) {
   native_.free();
   return me();
@@ -29,7 +18,7 @@ Ref<cls_DrawBrush> cls_DrawBrush::DELETE(Call) {
 
 Ref<cls_DrawBrush> cls_DrawBrush::SOLID(Call, const Variant& pColor) {
   if (native_.isProtected()) return me();
-  const gp::ARGB argb = argbOf(pColor);
+  const gp::ARGB argb = ColorArgb(pColor);
   native_.free();
   gp::GpSolidFill* made = nullptr;
   // Statuses are not examined: a brush that could not be made stays empty.
@@ -43,7 +32,7 @@ Ref<cls_DrawBrush> cls_DrawBrush::GRADIENT(Call, const Variant& pRect, const Var
   const Ref<cls_DrawRect> rect =
       pRect.isObject() ? refCast<cls_DrawRect>(pRect.objRef()) : rootFactory<cls_DrawToolRect>()->AUTO(pRect, 0, 0, 0);
   if (!rect) raise(rt::TypeMismatch);
-  const gp::ARGB from = argbOf(pC1), to = argbOf(pC2);
+  const gp::ARGB from = ColorArgb(pC1), to = ColorArgb(pC2);
   const gp::GpRect area = gp::GDIPRectL(rect, true);
   const float angle = checkedSingle(pAngle);
   native_.free();

@@ -1,7 +1,6 @@
 #include <tessel/resources/cls_DrawPen.h>
 
 #include <tessel/color/cls_DrawToolColor.h>
-#include <tessel/core/Root.h>
 
 namespace tessel {
 
@@ -14,9 +13,7 @@ Ref<cls_DrawPen> cls_DrawPen::DELETE(Call) {
 
 Ref<cls_DrawPen> cls_DrawPen::SOLID(Call, const Variant& pColor, int32_t pWidth) {
   if (native_.isProtected()) return Ref<cls_DrawPen>(this);
-  const Variant colour = pColor.isObject() ? pColor : Variant(rootFactory<cls_DrawToolColor>()->AUTO(pColor));
-  // Read by name, so that any object with an ATOM serves as a colour.
-  const auto argb = static_cast<gp::ARGB>(Invoke(colour, "ATOM", InvokeKind::Get).toLong());
+  const gp::ARGB argb = ColorArgb(pColor);
   native_.free();
   gp::GpPen* made = nullptr;
   // Statuses are not examined: a pen that could not be made stays empty.
