@@ -227,8 +227,92 @@ PyObject* objectClassName(PyObject* self, void*) {
   return fromUtf8(c->ci->name());
 }
 
+// ---- the host seams: memory in place, and a picture for notebooks -----------------------------
+
+// A loan of an object's memory is an object of its own (Py_buffer.obj): it holds the lender,
+// the loan's shape and strides, and returns the loan when the last view of it goes. So the
+// lender's type needs no releasebuffer slot, which would make Python refuse it where a read-only
+// bytes-like argument is asked for (PIL's decoders).
+struct Loan {
+  PyObject_HEAD
+  PyObject* lender;
+  Py_ssize_t dims[6];  // shape, then strides
+};
+
+PyTypeObject* gLoanType = nullptr;
+
+void loanDealloc(PyObject* self) {
+  auto* loan = reinterpret_cast<Loan*>(self);
+  PyTypeObject* type = Py_TYPE(self);
+  if (Object* o = asInstance(loan->lender)->native) o->unexportBuffer();
+  Py_DECREF(loan->lender);
+  type->tp_free(self);
+  Py_DECREF(type);
+}
+
+PyType_Slot loanSlots[] = {
+    {Py_tp_dealloc, reinterpret_cast<void*>(loanDealloc)},
+    {Py_tp_doc, const_cast<char*>("Memory that a tessel object lends while a view of it is held.")},
+    {0, nullptr},
+};
+PyType_Spec loanSpec = {"tessel._Loan", sizeof(Loan), 0, Py_TPFLAGS_DEFAULT, loanSlots};
+
+int objectGetBuffer(PyObject* self, Py_buffer* view, int flags) {
+  view->obj = nullptr;
+  auto* inst = asInstance(self);
+  ExportedBuffer lent;
+  bool ok = false;
+  try {
+    ok = inst->native && inst->native->exportBuffer(lent);
+  } catch (...) {
+  }
+  if (!ok) {
+    PyErr_Format(PyExc_BufferError, "this %s lends no memory", Py_TYPE(self)->tp_name);
+    return -1;
+  }
+  auto* loan = PyObject_New(Loan, gLoanType);
+  if (!loan) {
+    inst->native->unexportBuffer();
+    return -1;
+  }
+  loan->lender = Py_NewRef(self);  // from here on the loan returns what was lent
+  if (lent.rowStride != lent.columns * lent.channels && !(flags & PyBUF_STRIDES)) {
+    Py_DECREF(loan);
+    PyErr_SetString(PyExc_BufferError, "the rows are not contiguous: ask for strides");
+    return -1;
+  }
+  Py_ssize_t* dims = loan->dims;
+  dims[0] = lent.rows, dims[1] = lent.columns, dims[2] = lent.channels;
+  dims[3] = lent.rowStride, dims[4] = lent.channels, dims[5] = 1;
+  view->buf = lent.data;
+  view->obj = reinterpret_cast<PyObject*>(loan);
+  view->len = lent.rows * lent.columns * lent.channels;
+  view->readonly = 0;
+  view->itemsize = 1;
+  view->format = (flags & PyBUF_FORMAT) ? const_cast<char*>("B") : nullptr;
+  view->ndim = (flags & PyBUF_ND) ? 3 : 1;
+  view->shape = (flags & PyBUF_ND) ? dims : nullptr;
+  view->strides = (flags & PyBUF_STRIDES) ? dims + 3 : nullptr;
+  view->suboffsets = nullptr;
+  view->internal = nullptr;
+  return 0;
+}
+
+PyObject* objectReprPng(PyObject* self, PyObject*) {
+  Object* o = asInstance(self)->native;
+  std::string png;
+  try {
+    if (o) png = o->toPng();
+  } catch (...) {
+  }
+  if (png.empty()) Py_RETURN_NONE;
+  return PyBytes_FromStringAndSize(png.data(), static_cast<Py_ssize_t>(png.size()));
+}
+
 PyMethodDef objectMethods[] = {
     {"__dir__", objectDir, METH_NOARGS, "The object's members (and connect when it has events)."},
+    {"_repr_png_", objectReprPng, METH_NOARGS,
+     "The object as PNG bytes, for notebooks that show objects as pictures; None when it is no picture."},
     {"__reduce_ex__", objectReduce, METH_O, nullptr},
     {nullptr, nullptr, 0, nullptr},
 };
@@ -250,6 +334,7 @@ PyType_Slot objectSlots[] = {
     {Py_tp_setattro, reinterpret_cast<void*>(objectSetAttr)},
     {Py_tp_call, reinterpret_cast<void*>(objectCall)},
     {Py_tp_repr, reinterpret_cast<void*>(objectRepr)},
+    {Py_bf_getbuffer, reinterpret_cast<void*>(objectGetBuffer)},
     {Py_tp_methods, objectMethods},
     {Py_tp_getset, objectGetSet},
     {Py_tp_members, objectMembers},
@@ -591,7 +676,9 @@ void initObjectTypes(py::module_& m) {
   Py_XDECREF(bases);
   if (!cls) throw py::error_already_set();
   gClassType = reinterpret_cast<PyTypeObject*>(cls);
-  // Both live as long as the process; the module holds a reference of its own.
+  gLoanType = reinterpret_cast<PyTypeObject*>(PyType_FromSpec(&loanSpec));
+  if (!gLoanType) throw py::error_already_set();
+  // All three live as long as the process; the module holds a reference of its own.
   m.attr("Object") = py::reinterpret_borrow<py::object>(object);
   m.attr("Class") = py::reinterpret_borrow<py::object>(cls);
 }

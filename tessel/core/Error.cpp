@@ -9,6 +9,7 @@ std::string runtimeErrorText(int32_t number) {
     case 6: return "Überlauf";
     case 7: return "Nicht genügend Speicher";
     case 9: return "Index außerhalb des gültigen Bereichs";
+    case 10: return "Datenfeld ist unveränderlich oder momentan gesperrt";
     case 11: return "Division durch Null";
     case 13: return "Typen unverträglich";
     case 14: return "Nicht genügend Zeichenfolgenspeicher";

@@ -13,6 +13,7 @@
 
 #include <atomic>
 #include <cstdint>
+#include <string>
 #include <string_view>
 #include <type_traits>
 #include <utility>
@@ -20,6 +21,18 @@
 namespace tessel {
 
 class ClassInfo;
+
+// Memory that an object lends to a host that works on it in place (Python's buffer protocol): a
+// grid of rows x columns cells of `channels` bytes each, rows `rowStride` bytes apart, and what
+// the bytes of a cell are ("BGRA").
+struct ExportedBuffer {
+  void* data = nullptr;
+  int64_t rows = 0;
+  int64_t columns = 0;
+  int64_t channels = 0;
+  int64_t rowStride = 0;
+  const char* layout = "";
+};
 
 class Object {
  public:
@@ -39,6 +52,14 @@ class Object {
   // The class as the type library knows it; its name is the run-time type name.
   virtual const ClassInfo& classInfo() const noexcept = 0;
   std::string_view typeName() const noexcept;
+
+  // Two seams for hosts, open to any class. exportBuffer lends the object's memory and answers
+  // false when it has none to lend (or cannot lend it now); each loan that succeeded ends with
+  // one unexportBuffer, and until then the memory stays where it is. toPng is the object as a
+  // PNG file's bytes, for hosts that show objects as pictures; empty when it is no picture.
+  virtual bool exportBuffer(ExportedBuffer&) { return false; }
+  virtual void unexportBuffer() noexcept {}
+  virtual std::string toPng() { return {}; }
 
  private:
   mutable std::atomic<int32_t> refs_{0};

@@ -17,6 +17,11 @@ thread_local bool TerminateRequested = false;
 
 namespace {
 
+// Set while the trap hands on a file error that an inner procedure's handler has already asked
+// about and raised (the user answered Abort): the outer handlers raise it without asking again,
+// so one failed file access is one dialog however deep the call that made it.
+thread_local bool gFileErrorAnswered = false;
+
 constexpr const char* kCrLf = "\r\n";
 
 enum class ErrClass { Parameter, Object, ObjectCreation, Memory, Ignorable, File, Other };
@@ -140,6 +145,10 @@ ErrAction ErrHandler(int32_t& Number, std::string& Description, std::string_view
       action = ErrContinue;
       break;
     case ErrClass::File: {
+      if (gFileErrorAnswered) {
+        rewrite(4005, "Dateizugriff fehlgeschlagen (");
+        break;
+      }
       MsgBoxRequest r;
       r.prompt = "Es ist ein Fehler beim Zugriff auf eine Datei aufgetreten: " + Description + kCrLf + kCrLf +
                  locationLines(Application, Module, Procedure) + kCrLf + "Wie möchten Sie fortfahren?";
@@ -210,11 +219,13 @@ ErrAction ErrHandler(int32_t& Number, std::string& Description, std::string_view
 ErrAction HandleCurrentError(const ProcInfo& where, std::string_view instruction) {
   int32_t number;
   std::string description;
+  bool raisedByTrap = false;
   try {
     throw;
   } catch (const Error& e) {
     number = e.number();
     description = e.description();
+    raisedByTrap = !e.source().empty();
   } catch (const std::bad_alloc&) {
     number = rt::OutOfMemory;
     description = runtimeErrorText(number);
@@ -225,8 +236,15 @@ ErrAction HandleCurrentError(const ProcInfo& where, std::string_view instruction
     number = rt::InternalError;
     description = runtimeErrorText(number);
   }
-  ErrAction a = mdl_Err::ErrHandler(number, description, kApplicationName, where.module, where.procedure, true,
-                                    where.showDialog, instruction);
+  ErrAction a;
+  {
+    struct Answered {
+      explicit Answered(bool on) { mdl_Err::gFileErrorAnswered = on; }
+      ~Answered() { mdl_Err::gFileErrorAnswered = false; }
+    } answered(raisedByTrap);
+    a = mdl_Err::ErrHandler(number, description, kApplicationName, where.module, where.procedure, true,
+                            where.showDialog, instruction);
+  }
   if (a == ErrRaise) {
     throw Error(number, std::move(description), std::string(where.module) + "." + std::string(where.procedure));
   }

@@ -71,6 +71,34 @@ struct ImageCodecInfo {
   const uint8_t* SigMask;
 };
 
+// An encoder's options (GdipSaveImageToFile): ULONG is 32 bits wide in libgdiplus.
+struct EncoderParameter {
+  GUID Guid;
+  uint32_t NumberOfValues;
+  uint32_t Type;  // 4: 32-bit integers
+  void* Value;
+};
+struct EncoderParameters {
+  uint32_t Count;
+  EncoderParameter Parameter[1];
+};
+inline constexpr GUID EncoderQuality = {0x1d5be4b5, 0xfa4a, 0x452d, {0x9c, 0xdd, 0x5d, 0xb3, 0x51, 0x05, 0xe7, 0xeb}};
+inline constexpr uint32_t EncoderParameterValueTypeLong = 4;
+
+// A locked bitmap's pixels. libgdiplus takes the record for its own, larger one and writes 88
+// bytes into it, so it carries room for the rest; zero it before locking.
+struct BitmapData {
+  uint32_t Width;
+  uint32_t Height;
+  int32_t Stride;
+  PixelFormat Format;
+  void* Scan0;
+  uintptr_t Reserved;
+  uint8_t libgdiplusTail[64];
+};
+inline constexpr uint32_t ImageLockModeRead = 1;
+inline constexpr uint32_t ImageLockModeWrite = 2;
+
 // The plain records that flat-API calls take, laid out as GDI+ publishes them.
 struct GpRect {  // integer rectangle: corner and size
   int32_t X, Y, Width, Height;
@@ -115,8 +143,11 @@ struct LOGFONTA {
 static_assert(sizeof(LOGFONTA) == 60);
 
 inline constexpr PixelFormat PixelFormat32bppARGB = 0x0026200A;
+// Colour channels premultiplied by alpha: the layout cairo draws into, so a bitmap of this
+// format is drawn on in place.
 inline constexpr PixelFormat PixelFormat32bppPARGB = 0x000E200B;
 inline constexpr int SmoothingModeAntiAlias = 4;
+inline constexpr int InterpolationModeHighQualityBicubic = 7;
 
 extern "C" {
 // Start-up. GdiplusShutdown is deliberately not declared: it tears libgdiplus down for every
@@ -132,16 +163,26 @@ GpStatus GdipGetImageWidth(GpImage* image, uint32_t* width);
 GpStatus GdipGetImageHeight(GpImage* image, uint32_t* height);
 GpStatus GdipGetImageEncodersSize(uint32_t* numEncoders, uint32_t* size);
 GpStatus GdipGetImageEncoders(uint32_t numEncoders, uint32_t size, ImageCodecInfo* encoders);
-GpStatus GdipSaveImageToFile(GpImage* image, const char16_t* filename, const GUID* encoder, const void* params);
+GpStatus GdipSaveImageToFile(GpImage* image, const char16_t* filename, const GUID* encoder,
+                             const EncoderParameters* params);
 GpStatus GdipLoadImageFromFile(const char16_t* filename, GpImage** image);
+// The format argument is ignored by libgdiplus: the copy keeps the source's format.
 GpStatus GdipCloneBitmapAreaI(int x, int y, int width, int height, PixelFormat format, GpBitmap* source,
                               GpBitmap** clone);
+GpStatus GdipGetImagePixelFormat(GpImage* image, PixelFormat* format);
+// Locked in the bitmap's own format, the record points at the bitmap's memory; in another
+// format, at a converted copy that unlocking frees (and, when locked for writing, copies back).
+GpStatus GdipBitmapLockBits(GpBitmap* bitmap, const GpRect* rect, uint32_t flags, PixelFormat format,
+                            BitmapData* locked);
+GpStatus GdipBitmapUnlockBits(GpBitmap* bitmap, BitmapData* locked);
 
 // Graphics.
 GpStatus GdipGetImageGraphicsContext(GpImage* image, GpGraphics** graphics);
 GpStatus GdipDeleteGraphics(GpGraphics* graphics);
 GpStatus GdipGraphicsClear(GpGraphics* graphics, ARGB color);
 GpStatus GdipSetSmoothingMode(GpGraphics* graphics, int mode);
+// Stored, but libgdiplus draws images with cairo's default filter whatever the mode.
+GpStatus GdipSetInterpolationMode(GpGraphics* graphics, int mode);
 GpStatus GdipFillRectangle(GpGraphics* graphics, GpBrush* brush, REAL x, REAL y, REAL width, REAL height);
 GpStatus GdipFillEllipse(GpGraphics* graphics, GpBrush* brush, REAL x, REAL y, REAL width, REAL height);
 

@@ -1,11 +1,18 @@
 #include <tessel/images/Picture.h>
 
+#include <tessel/images/cls_DrawImage.h>
+
 namespace tessel {
 
 int64_t Picture::Handle(Get) const { return reinterpret_cast<intptr_t>(bitmap_.get()); }
 int32_t Picture::Width(Get) const { return width_; }
 int32_t Picture::Height(Get) const { return height_; }
 int16_t Picture::Type(Get) const { return bitmap_ ? kPictureBitmap : kPictureNone; }
+
+bool Picture::SAVE(Call, const std::u16string& pFile) const {
+  if (!bitmap_) raise(rt::InvalidCall);
+  return cls_DrawImage::fromBitmap(bitmap())->SAVE(pFile);
+}
 
 Ref<Picture> mdl_GDIPlus::HandleToPicture(int64_t pHandle, int32_t pType, int64_t) {
   return Trap(ProcInfo{"mdl_GDIPlus", "HandleToPicture"}, [&] {

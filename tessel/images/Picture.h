@@ -30,6 +30,9 @@ class Picture final : public ObjectOf<Picture> {
   static constexpr int16_t kPictureNone = 0;
   static constexpr int16_t kPictureBitmap = 1;
 
+  // The bitmap it owns; null for an empty picture.
+  mdl_GDIPlus::GpBitmap* bitmap() const noexcept { return static_cast<mdl_GDIPlus::GpBitmap*>(bitmap_.get()); }
+
  private:
   friend Ref<Picture> mdl_GDIPlus::HandleToPicture(int64_t, int32_t, int64_t);
   mdl_GDIPlus::ImageHandle bitmap_;

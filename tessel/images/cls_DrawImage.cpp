@@ -1,10 +1,18 @@
 #include <tessel/images/cls_DrawImage.h>
 
 #include <tessel/color/cls_DrawToolColor.h>
+#include <tessel/core/Resample.h>
 #include <tessel/core/Text.h>
+#include <tessel/core/mdl_Err.h>
 
+#include <algorithm>
+#include <cmath>
 #include <filesystem>
 #include <system_error>
+
+#include <fcntl.h>
+#include <sys/mman.h>
+#include <unistd.h>
 
 namespace tessel {
 
@@ -14,16 +22,142 @@ namespace {
 
 constexpr int32_t kMaxSide = 32767;  // the largest surface the rasteriser makes
 
-// A new 32-bit ARGB bitmap of the size, transparent; raises when the platform cannot make it.
+bool validSide(int32_t side) { return side >= 1 && side <= kMaxSide; }
+
+// A new premultiplied bitmap of the size, transparent; raises when the platform cannot make it.
 gp::ImageHandle newBitmap(int32_t width, int32_t height) {
-  if (width < 1 || height < 1 || width > kMaxSide || height > kMaxSide) raise(rt::InvalidCall);
+  if (!validSide(width) || !validSide(height)) raise(rt::InvalidCall);
   gp::GpBitmap* made = nullptr;
-  if (!gp::Succeeded(gp::GdipCreateBitmapFromScan0(width, height, 0, gp::PixelFormat32bppARGB, nullptr, &made)))
+  if (!gp::Succeeded(gp::GdipCreateBitmapFromScan0(width, height, 0, gp::PixelFormat32bppPARGB, nullptr, &made)))
     raise(rt::OutOfMemory);
   return gp::ImageHandle(made);
 }
 
+gp::GpBitmap* asBitmap(const gp::ImageHandle& h) { return static_cast<gp::GpBitmap*>(h.get()); }
+
+// A bitmap's memory. Locked for reading in its own format, libgdiplus hands out the bitmap's
+// own rows and copies nothing back on unlocking; the rows stay where they are while the bitmap
+// lives.
+struct Rows {
+  uint8_t* scan0 = nullptr;
+  int32_t stride = 0;
+  uint32_t width = 0;
+  uint32_t height = 0;
+  uint32_t* row(uint32_t y) const { return reinterpret_cast<uint32_t*>(scan0 + static_cast<ptrdiff_t>(y) * stride); }
+};
+
+// Locks `bitmap` for reading in `format` and hands the rows to `use` before unlocking; false when
+// the platform would not lock it.
+template <class F>
+bool withRows(gp::GpBitmap* bitmap, gp::PixelFormat format, F&& use) {
+  gp::BitmapData data{};
+  if (!gp::Succeeded(gp::GdipBitmapLockBits(bitmap, nullptr, gp::ImageLockModeRead, format, &data))) return false;
+  use(Rows{static_cast<uint8_t*>(data.Scan0), data.Stride, data.Width, data.Height});
+  gp::GdipBitmapUnlockBits(bitmap, &data);
+  return true;
+}
+
+// The rows of one of the image's own bitmaps, which are premultiplied already.
+Rows ownRows(gp::GpBitmap* bitmap) {
+  Rows rows;
+  withRows(bitmap, gp::PixelFormat32bppPARGB, [&](const Rows& r) { rows = r; });
+  return rows;
+}
+
+uint32_t premultiplied(uint32_t argb) {
+  const uint32_t a = argb >> 24;
+  if (a == 255) return argb;
+  if (a == 0) return 0;
+  auto channel = [&](int shift) { return (((argb >> shift) & 0xFF) * a + 127) / 255 << shift; };
+  return (a << 24) | channel(16) | channel(8) | channel(0);
+}
+
+uint32_t straight(uint32_t pargb) {
+  const uint32_t a = pargb >> 24;
+  if (a == 255 || a == 0) return pargb;
+  auto channel = [&](int shift) { return std::min<uint32_t>(255, (((pargb >> shift) & 0xFF) * 255 + a / 2) / a) << shift; };
+  return (a << 24) | channel(16) | channel(8) | channel(0);
+}
+
+// A premultiplied copy of any bitmap libgdiplus can read (palette, 24 bits, grey, straight or
+// premultiplied alpha). libgdiplus converts to straight ARGB on locking; the premultiplication is
+// ours. Null when the bitmap's pixels cannot be read.
+gp::ImageHandle premultipliedCopy(gp::GpBitmap* source) {
+  uint32_t width = 0, height = 0;
+  if (!gp::Succeeded(gp::GdipGetImageWidth(source, &width)) || !gp::Succeeded(gp::GdipGetImageHeight(source, &height)) ||
+      !validSide(static_cast<int32_t>(width)) || !validSide(static_cast<int32_t>(height)))
+    return {};
+  gp::ImageHandle made = newBitmap(static_cast<int32_t>(width), static_cast<int32_t>(height));
+  const Rows to = ownRows(asBitmap(made));
+  const bool read = withRows(source, gp::PixelFormat32bppARGB, [&](const Rows& from) {
+    for (uint32_t y = 0; y < height; ++y)
+      std::transform(from.row(y), from.row(y) + width, to.row(y), premultiplied);
+  });
+  return read && to.scan0 ? std::move(made) : gp::ImageHandle();
+}
+
+// A straight-ARGB copy of one of the image's bitmaps, which is what the encoders expect: they
+// write a premultiplied bitmap's bytes as they are.
+gp::ImageHandle straightCopy(gp::GpBitmap* bitmap) {
+  const Rows from = ownRows(bitmap);
+  gp::GpBitmap* made = nullptr;
+  if (!from.scan0 || !gp::Succeeded(gp::GdipCreateBitmapFromScan0(static_cast<int>(from.width),
+                                                                   static_cast<int>(from.height), 0,
+                                                                   gp::PixelFormat32bppARGB, nullptr, &made)))
+    raise(rt::OutOfMemory);
+  gp::ImageHandle copy(made);
+  withRows(made, gp::PixelFormat32bppARGB, [&](const Rows& to) {
+    for (uint32_t y = 0; y < from.height; ++y)
+      std::transform(from.row(y), from.row(y) + from.width, to.row(y), straight);
+  });
+  return copy;
+}
+
+std::string fileText(int32_t number, const std::u16string& file) {
+  return runtimeErrorText(number) + ": " + toUtf8(file);
+}
+
+// The file's image, premultiplied; 53 when there is no such file, 481 when it holds no image.
+gp::ImageHandle readImageFile(const std::u16string& file) {
+  std::error_code ec;
+  const auto kind = std::filesystem::status(toUtf8(file), ec).type();
+  if (kind == std::filesystem::file_type::not_found || kind == std::filesystem::file_type::none)
+    raise(rt::FileNotFound, fileText(rt::FileNotFound, file));
+  gp::GpImage* read = nullptr;
+  if (kind == std::filesystem::file_type::directory || !gp::Succeeded(gp::GdipLoadImageFromFile(file.c_str(), &read)))
+    raise(rt::InvalidPicture, fileText(rt::InvalidPicture, file));
+  gp::ImageHandle decoded(read);
+  gp::ImageHandle made = premultipliedCopy(static_cast<gp::GpBitmap*>(read));
+  if (!made) raise(rt::InvalidPicture, fileText(rt::InvalidPicture, file));
+  return made;
+}
+
+// 75 unless the file can be created or replaced: the encoders only answer a failing status.
+void checkWritable(const std::u16string& file) {
+  namespace fs = std::filesystem;
+  const fs::path path(toUtf8(file));
+  std::error_code ec;
+  const auto kind = fs::status(path, ec).type();
+  const fs::path folder = path.has_parent_path() ? path.parent_path() : fs::path(".");
+  const bool ok = kind == fs::file_type::not_found ? ::access(folder.c_str(), W_OK | X_OK) == 0
+                                                   : kind == fs::file_type::regular && ::access(path.c_str(), W_OK) == 0;
+  if (file.empty() || !ok) raise(rt::PathFileAccess, fileText(rt::PathFileAccess, file));
+}
+
 }  // namespace
+
+void cls_DrawImage::replaceBitmap(gp::ImageHandle made) {
+  if (exports_ > 0) raise(rt::ArrayLocked);
+  native_.adopt(made.release());
+}
+
+Ref<cls_DrawImage> cls_DrawImage::fromBitmap(gp::GpBitmap* bitmap) {
+  gp::ImageHandle made = bitmap ? premultipliedCopy(bitmap) : gp::ImageHandle();
+  if (!made) raise(rt::InvalidPicture);
+  auto image = make<cls_DrawImage>();
+  image->native_.adopt(made.release());
+  return image;
+}
 
 Ref<cls_DrawImage> cls_DrawImage::CREATE(Call, int32_t pWidth, int32_t pHeight, const Variant& pColor) {
   gp::ImageHandle made = newBitmap(pWidth, pHeight);
@@ -34,50 +168,67 @@ Ref<cls_DrawImage> cls_DrawImage::CREATE(Call, int32_t pWidth, int32_t pHeight, 
     gp::GraphicsHandle graphics(g);
     gp::Check(gp::GdipGraphicsClear(g, argb));
   }
-  native_.adopt(made.release());
+  replaceBitmap(std::move(made));
   return Ref<cls_DrawImage>(this);
 }
 
-Ref<cls_DrawImage> cls_DrawImage::LOAD(Call, const std::u16string& pFile) {
-  std::error_code ec;
-  const auto kind = std::filesystem::status(toUtf8(pFile), ec).type();
-  if (kind == std::filesystem::file_type::not_found || kind == std::filesystem::file_type::none)
-    raise(rt::FileNotFound, toUtf8(pFile));
-  gp::GpImage* read = nullptr;
-  if (kind == std::filesystem::file_type::directory || !gp::Succeeded(gp::GdipLoadImageFromFile(pFile.c_str(), &read)))
-    raise(rt::InvalidPicture, toUtf8(pFile));
-  gp::ImageHandle file(read);
-  uint32_t width = 0, height = 0;
-  gp::GdipGetImageWidth(read, &width);
-  gp::GdipGetImageHeight(read, &height);
-  // Whatever the file held (palette, 24 bits, grey), the image is 32-bit ARGB from here on.
-  gp::GpBitmap* converted = nullptr;
-  if (width == 0 || height == 0 ||
-      !gp::Succeeded(gp::GdipCloneBitmapAreaI(0, 0, static_cast<int>(width), static_cast<int>(height),
-                                              gp::PixelFormat32bppARGB, static_cast<gp::GpBitmap*>(read),
-                                              &converted)))
-    raise(rt::InvalidPicture, toUtf8(pFile));
-  native_.adopt(converted);
+// In steps, so that a file error's dialog answered with Ignore still returns the image as it was.
+Ref<cls_DrawImage> cls_DrawImage::LOAD(Procedure& p, const std::u16string& pFile) {
+  gp::ImageHandle read;
+  p.step([&] {
+    if (exports_ > 0) raise(rt::ArrayLocked);
+    read = readImageFile(pFile);
+    fileReads_.fetch_add(1, std::memory_order_relaxed);
+  });
+  if (read) {
+    native_.adopt(read.release());
+    fileName_ = pFile;
+  }
   return Ref<cls_DrawImage>(this);
 }
 
-float cls_DrawImage::WIDTH(Get) const {
-  uint32_t width = 0;
-  if (!native_.empty()) gp::GdipGetImageWidth(native_.get(), &width);
-  return static_cast<float>(width);
+bool cls_DrawImage::SAVE(Call, const std::u16string& pFile, const std::u16string& pType, int32_t pQuality) {
+  gp::GUID encoder{};
+  if (native_.empty() || !gp::GetEncoderClsid(pType, encoder)) raise(rt::InvalidCall);
+  checkWritable(pFile);
+  gp::ImageHandle copy = straightCopy(bitmap());
+  // Only the JPEG encoder reads a quality; the others ignore the parameter.
+  int32_t quality = std::clamp(pQuality, 0, 100);
+  gp::EncoderParameters params{1, {{gp::EncoderQuality, 1, gp::EncoderParameterValueTypeLong, &quality}}};
+  if (!gp::Succeeded(gp::GdipSaveImageToFile(copy.get(), pFile.c_str(), &encoder, &params))) return false;
+  fileName_ = pFile;
+  return true;
 }
 
-float cls_DrawImage::HEIGHT(Get) const {
-  uint32_t height = 0;
-  if (!native_.empty()) gp::GdipGetImageHeight(native_.get(), &height);
-  return static_cast<float>(height);
+int32_t cls_DrawImage::side(bool height) const {
+  uint32_t n = 0;
+  if (!native_.empty()) (height ? gp::GdipGetImageHeight : gp::GdipGetImageWidth)(native_.get(), &n);
+  return static_cast<int32_t>(n);
 }
 
+float cls_DrawImage::WIDTH(Get) const { return static_cast<float>(side(false)); }
+float cls_DrawImage::HEIGHT(Get) const { return static_cast<float>(side(true)); }
 int64_t cls_DrawImage::HANDLE(Get) const { return native_.handleValue(); }
+std::u16string cls_DrawImage::FILENAME(Get) const { return fileName_; }
+
+Ref<cls_DrawImage> cls_DrawImage::RESIZE(Call, int32_t pWidth, int32_t pHeight, bool pKeepAspectRatio) {
+  if (native_.empty() || !validSide(pWidth) || !validSide(pHeight)) raise(rt::InvalidCall);
+  const int32_t width = side(false), height = side(true);
+  if (pKeepAspectRatio) {
+    const double scale = std::min(static_cast<double>(pWidth) / width, static_cast<double>(pHeight) / height);
+    pWidth = std::clamp(static_cast<int32_t>(std::lround(width * scale)), 1, pWidth);
+    pHeight = std::clamp(static_cast<int32_t>(std::lround(height * scale)), 1, pHeight);
+  }
+  gp::ImageHandle made = newBitmap(pWidth, pHeight);
+  const Rows from = ownRows(bitmap()), to = ownRows(asBitmap(made));
+  if (!from.scan0 || !to.scan0) raise(rt::OutOfMemory);
+  ResampleBicubic(PixelRows{from.scan0, width, height, from.stride}, PixelRows{to.scan0, pWidth, pHeight, to.stride});
+  replaceBitmap(std::move(made));
+  return Ref<cls_DrawImage>(this);
+}
 
 void cls_DrawImage::checkPixel(int32_t x, int32_t y) const {
-  if (native_.empty() || x < 0 || y < 0 || x >= static_cast<int32_t>(WIDTH()) || y >= static_cast<int32_t>(HEIGHT()))
-    raise(rt::InvalidCall);
+  if (native_.empty() || x < 0 || y < 0 || x >= side(false) || y >= side(true)) raise(rt::InvalidCall);
 }
 
 int32_t cls_DrawImage::PIXEL(Get, int32_t pX, int32_t pY) const {
@@ -92,9 +243,66 @@ void cls_DrawImage::PIXEL(Let, int32_t pX, int32_t pY, int32_t RHS) {
   gp::Check(gp::GdipBitmapSetPixel(bitmap(), pX, pY, static_cast<gp::ARGB>(RHS)));
 }
 
+Ref<Picture> cls_DrawImage::PICTURE(Get) const {
+  if (native_.empty()) return make<Picture>();
+  gp::GpBitmap* copy = nullptr;
+  if (!gp::Succeeded(gp::GdipCloneBitmapAreaI(0, 0, side(false), side(true), gp::PixelFormat32bppPARGB, bitmap(), &copy)))
+    raise(rt::OutOfMemory);
+  gp::ImageHandle owned(copy);
+  Ref<Picture> picture = gp::HandleToPicture(reinterpret_cast<intptr_t>(copy), Picture::kPictureBitmap);
+  (void)owned.release();  // the picture has it now
+  return picture;
+}
+
+Ref<cls_DrawImage> cls_DrawImage::CLONE(Call) const {
+  auto copy = make<cls_DrawImage>();
+  copy->fileName_ = fileName_;
+  if (native_.empty()) return copy;
+  gp::GpBitmap* pixels = nullptr;
+  if (!gp::Succeeded(gp::GdipCloneBitmapAreaI(0, 0, side(false), side(true), gp::PixelFormat32bppPARGB, bitmap(), &pixels)))
+    raise(rt::OutOfMemory);
+  copy->native_.adopt(pixels);
+  return copy;
+}
+
 Ref<cls_DrawImage> cls_DrawImage::DELETE(Call) {
+  if (exports_ > 0) raise(rt::ArrayLocked);
   native_.free();
   return Ref<cls_DrawImage>(this);
+}
+
+bool cls_DrawImage::exportBuffer(ExportedBuffer& view) {
+  if (native_.empty()) return false;
+  const Rows rows = ownRows(bitmap());
+  if (!rows.scan0) return false;
+  view = ExportedBuffer{rows.scan0, rows.height, rows.width, 4, rows.stride, "BGRA"};
+  ++exports_;
+  return true;
+}
+
+void cls_DrawImage::unexportBuffer() noexcept {
+  if (exports_ > 0) --exports_;
+}
+
+// libgdiplus writes files only, so the PNG goes to a file that lives in memory. A host asks
+// outside any trap: a failure is an empty answer.
+std::string cls_DrawImage::toPng() try {
+  gp::GUID png{};
+  if (native_.empty() || !gp::GetEncoderClsid(u"image/png", png)) return {};
+  gp::ImageHandle copy = straightCopy(bitmap());
+  const int fd = ::memfd_create("tessel-png", MFD_CLOEXEC);
+  if (fd < 0) return {};
+  std::string bytes;
+  const std::u16string name = toUtf16("/proc/self/fd/" + std::to_string(fd));
+  if (gp::Succeeded(gp::GdipSaveImageToFile(copy.get(), name.c_str(), &png, nullptr))) {
+    const off_t size = ::lseek(fd, 0, SEEK_END);
+    bytes.resize(size > 0 ? static_cast<size_t>(size) : 0);
+    if (::pread(fd, bytes.data(), bytes.size(), 0) != static_cast<ssize_t>(bytes.size())) bytes.clear();
+  }
+  ::close(fd);
+  return bytes;
+} catch (...) {
+  return {};
 }
 
 }  // namespace tessel

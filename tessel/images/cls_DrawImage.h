@@ -1,12 +1,19 @@
-// The image (cls_DrawImage.members): one native bitmap, always 32-bit ARGB, under the shared
-// resource lifecycle. Operations that would replace the bitmap make the new one first, so a
-// failure leaves the image as it was.
+// The image (cls_DrawImage.members): one native bitmap under the shared resource lifecycle.
+// Operations that would replace the bitmap make the new one first, so a failure leaves the
+// image as it was.
+//
+// Every bitmap an image holds is 32-bit premultiplied ARGB, whatever the file held: the layout
+// that the rasteriser draws into, so drawing on an image touches its memory directly, and that
+// memory is what a host reads in place (exportBuffer). PIXEL and the files speak straight ARGB.
 #pragma once
 
 #include <tessel/core/NativeResource.h>
 #include <tessel/core/TypeLib.h>
 #include <tessel/core/mdl_GDIPlus.h>
+#include <tessel/images/Picture.h>
 #include <tessel/images/cls_DrawImage.members.h>
+
+#include <atomic>
 
 namespace tessel {
 
@@ -17,11 +24,31 @@ class cls_DrawImage final : public ObjectOf<cls_DrawImage> {
   // The bitmap for drawing code; null for an empty image.
   mdl_GDIPlus::GpBitmap* bitmap() const noexcept { return static_cast<mdl_GDIPlus::GpBitmap*>(native_.get()); }
 
+  // A new image of its own holding `bitmap`'s pixels in the image's format; raises 481 when the
+  // bitmap's pixels cannot be read. The caller keeps `bitmap`.
+  static Ref<cls_DrawImage> fromBitmap(mdl_GDIPlus::GpBitmap* bitmap);
+
+  // How many image files have been read since the process started: what the image cache saves.
+  static long fileReads() noexcept { return fileReads_.load(std::memory_order_relaxed); }
+
+  // The pixels, shared in place: rows top to bottom of BGRA bytes, premultiplied. While any
+  // export is out the bitmap stays where it is: operations that would replace or free it fail
+  // with error 10.
+  bool exportBuffer(ExportedBuffer& view) override;
+  void unexportBuffer() noexcept override;
+  std::string toPng() override;
+
  private:
   // The pixel's place, after checking that it lies on the bitmap (5 when it does not).
   void checkPixel(int32_t x, int32_t y) const;
+  // Takes `made` as the new bitmap; 10 while the old one is exported.
+  void replaceBitmap(mdl_GDIPlus::ImageHandle made);
+  int32_t side(bool height) const;
 
   NativeResource<mdl_GDIPlus::ImageHandle> native_;
+  std::u16string fileName_;
+  int32_t exports_ = 0;
+  static inline std::atomic<long> fileReads_{0};
 };
 
 }  // namespace tessel

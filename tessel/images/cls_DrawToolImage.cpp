@@ -32,6 +32,10 @@ std::optional<std::pair<int32_t, int32_t>> sizeText(std::u16string_view s) {
 Ref<cls_DrawImage> cls_DrawToolImage::AUTO(Call, const Variant& pImage) {
   if (pImage.isObject()) {
     if (auto same = refCast<cls_DrawImage>(pImage.objRef())) return same;
+    if (auto picture = refCast<Picture>(pImage.objRef())) {
+      if (!picture->bitmap()) return make<cls_DrawImage>();
+      return cls_DrawImage::fromBitmap(picture->bitmap());
+    }
     raise(rt::TypeMismatch);
   }
   if (pImage.isString()) {
