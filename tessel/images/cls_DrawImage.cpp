@@ -3,6 +3,7 @@
 #include <tessel/color/cls_DrawToolColor.h>
 #include <tessel/core/Text.h>
 
+#include <atomic>
 #include <filesystem>
 #include <system_error>
 
@@ -23,6 +24,33 @@ gp::ImageHandle newBitmap(int32_t width, int32_t height) {
   return gp::ImageHandle(made);
 }
 
+std::atomic<int64_t> gFileReads{0};  // files handed to the codecs, for cls_DrawImage::fileReads
+
+// The file in a new 32-bit bitmap. Raises 53 or 481 without a trap, so that callers with their
+// own (LOAD, the image cache) decide what the error becomes.
+gp::ImageHandle readBitmap(const std::u16string& file) {
+  std::error_code ec;
+  const auto kind = std::filesystem::status(toUtf8(file), ec).type();
+  if (kind == std::filesystem::file_type::not_found || kind == std::filesystem::file_type::none)
+    raise(rt::FileNotFound, toUtf8(file));
+  if (kind == std::filesystem::file_type::directory) raise(rt::InvalidPicture, toUtf8(file));
+  gFileReads.fetch_add(1, std::memory_order_relaxed);
+  gp::GpImage* read = nullptr;
+  if (!gp::Succeeded(gp::GdipLoadImageFromFile(file.c_str(), &read))) raise(rt::InvalidPicture, toUtf8(file));
+  gp::ImageHandle held(read);
+  uint32_t width = 0, height = 0;
+  gp::GdipGetImageWidth(read, &width);
+  gp::GdipGetImageHeight(read, &height);
+  // Whatever the file held (palette, 24 bits, grey), the image is 32-bit ARGB from here on.
+  gp::GpBitmap* converted = nullptr;
+  if (width == 0 || height == 0 ||
+      !gp::Succeeded(gp::GdipCloneBitmapAreaI(0, 0, static_cast<int>(width), static_cast<int>(height),
+                                              gp::PixelFormat32bppARGB, static_cast<gp::GpBitmap*>(read),
+                                              &converted)))
+    raise(rt::InvalidPicture, toUtf8(file));
+  return gp::ImageHandle(converted);
+}
+
 }  // namespace
 
 Ref<cls_DrawImage> cls_DrawImage::CREATE(Call, int32_t pWidth, int32_t pHeight, const Variant& pColor) {
@@ -38,26 +66,17 @@ Ref<cls_DrawImage> cls_DrawImage::CREATE(Call, int32_t pWidth, int32_t pHeight, 
   return Ref<cls_DrawImage>(this);
 }
 
+int64_t cls_DrawImage::fileReads() noexcept { return gFileReads.load(std::memory_order_relaxed); }
+
+Ref<cls_DrawImage> cls_DrawImage::read(const std::u16string& file) {
+  gp::ImageHandle bitmap = readBitmap(file);
+  auto image = make<cls_DrawImage>();
+  image->native_.adopt(bitmap.release());
+  return image;
+}
+
 Ref<cls_DrawImage> cls_DrawImage::LOAD(Call, const std::u16string& pFile) {
-  std::error_code ec;
-  const auto kind = std::filesystem::status(toUtf8(pFile), ec).type();
-  if (kind == std::filesystem::file_type::not_found || kind == std::filesystem::file_type::none)
-    raise(rt::FileNotFound, toUtf8(pFile));
-  gp::GpImage* read = nullptr;
-  if (kind == std::filesystem::file_type::directory || !gp::Succeeded(gp::GdipLoadImageFromFile(pFile.c_str(), &read)))
-    raise(rt::InvalidPicture, toUtf8(pFile));
-  gp::ImageHandle file(read);
-  uint32_t width = 0, height = 0;
-  gp::GdipGetImageWidth(read, &width);
-  gp::GdipGetImageHeight(read, &height);
-  // Whatever the file held (palette, 24 bits, grey), the image is 32-bit ARGB from here on.
-  gp::GpBitmap* converted = nullptr;
-  if (width == 0 || height == 0 ||
-      !gp::Succeeded(gp::GdipCloneBitmapAreaI(0, 0, static_cast<int>(width), static_cast<int>(height),
-                                              gp::PixelFormat32bppARGB, static_cast<gp::GpBitmap*>(read),
-                                              &converted)))
-    raise(rt::InvalidPicture, toUtf8(pFile));
-  native_.adopt(converted);
+  native_.adopt(readBitmap(pFile).release());
   return Ref<cls_DrawImage>(this);
 }
 
