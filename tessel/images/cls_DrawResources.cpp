@@ -39,8 +39,10 @@ Ref<cls_DrawImage> cls_DrawResources::fromFile(const std::u16string& file) {
     return cls_DrawImage::read(file);  // raises what the name deserves (53, 481)
   const Stamp now{st.st_mtim.tv_sec, st.st_mtim.tv_nsec, st.st_size, st.st_ino, st.st_dev};
   const std::u16string name = toUtf16(full.string());
-  // Names ignore case, file systems do not: only the very same path is a hit.
-  if (const size_t k = find(name); k != npos && entries_[k].file == full.string() && entries_[k].stamp == now)
+  // Names ignore case, file systems do not: only the very same path is a hit. An image that a
+  // user emptied (DELETE) is read again rather than handed out empty to everyone.
+  const size_t k = find(name);
+  if (k != npos && entries_[k].file == full.string() && entries_[k].stamp == now && entries_[k].image->bitmap())
     return entries_[k].image;
   // Stamped before reading: a file that changes while it is read is read again next time.
   Ref<cls_DrawImage> image = cls_DrawImage::read(toUtf16(full.string()));

@@ -38,7 +38,8 @@ class Resources : public testing::Test {
     auto image = mdl_Global::DRAW()->Image()->CREATE(side, side, Variant(u"#2F6690"));
     gp::GUID png;
     EXPECT_TRUE(gp::GetEncoderClsid(u"image/png", png));
-    EXPECT_EQ(gp::GdipSaveImageToFile(image->bitmap(), toUtf16(file.string()).c_str(), &png, nullptr), gp::GpStatus::OK);
+    const std::u16string path = toUtf16(file.string());
+    EXPECT_EQ(gp::GdipSaveImageToFile(image->bitmap(), path.c_str(), &png, nullptr), gp::GpStatus::OK);
     return file;
   }
   void writeText(const std::string& name) { std::ofstream((dir_ / name).string()) << "not an image"; }
@@ -130,6 +131,10 @@ TEST_F(Resources, AutoReadsAFileOnceUntilItChanges) {
   // LOAD always reads, and makes an image of its own.
   EXPECT_NE(images->LOAD(toUtf16(file.string())), first);
   EXPECT_EQ(cls_DrawImage::fileReads(), reads + 2);
+  first->DELETE();  // emptied by one user: read again, not handed out empty
+  first = images->AUTO(Variant(toUtf16(file.string())));
+  EXPECT_EQ(first->WIDTH(), 4);
+  EXPECT_EQ(cls_DrawImage::fileReads(), reads + 3);
 
   writePng("icon.png", 6);
   fs::last_write_time(file, fs::last_write_time(file) + std::chrono::seconds(5));
