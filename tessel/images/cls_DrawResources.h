@@ -24,8 +24,9 @@ class cls_DrawResources final : public ObjectOf<cls_DrawResources> {
 
  public:
   // The file's image, stored under the file's absolute, lexically normal path (symbolic links
-  // are not followed). Read again when the file's time, size or identity changed since. A file
-  // that is missing or no image raises 53 or 481, without a trap, and nothing is stored.
+  // are left unresolved). Read again when the file's time, size or identity changed since, or
+  // when the image was emptied. A file that is missing or no image raises 53 or 481, without a
+  // trap, and nothing is stored.
   Ref<cls_DrawImage> fromFile(const std::u16string& file);
 
  private:
