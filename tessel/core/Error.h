@@ -20,6 +20,7 @@ inline constexpr int32_t TypeMismatch = 13;
 inline constexpr int32_t InternalError = 51;
 inline constexpr int32_t FileNotFound = 53;
 inline constexpr int32_t PathFileAccess = 75;
+inline constexpr int32_t PathNotFound = 76;
 inline constexpr int32_t ObjectNotSet = 91;
 inline constexpr int32_t InvalidUseOfNull = 94;
 inline constexpr int32_t NoSuchMember = 438;

@@ -6,6 +6,7 @@
 #include <tessel/core/mdl_Err.h>
 
 #include <algorithm>
+#include <atomic>
 #include <cmath>
 #include <filesystem>
 #include <system_error>
@@ -113,6 +114,8 @@ gp::ImageHandle straightCopy(gp::GpBitmap* bitmap) {
   return copy;
 }
 
+std::atomic<int64_t> gFileReads{0};  // files handed to the codecs, for cls_DrawImage::fileReads
+
 std::string fileText(int32_t number, const std::u16string& file) {
   return runtimeErrorText(number) + ": " + toUtf8(file);
 }
@@ -123,8 +126,10 @@ gp::ImageHandle readImageFile(const std::u16string& file) {
   const auto kind = std::filesystem::status(toUtf8(file), ec).type();
   if (kind == std::filesystem::file_type::not_found || kind == std::filesystem::file_type::none)
     raise(rt::FileNotFound, fileText(rt::FileNotFound, file));
+  if (kind == std::filesystem::file_type::directory) raise(rt::InvalidPicture, fileText(rt::InvalidPicture, file));
+  gFileReads.fetch_add(1, std::memory_order_relaxed);
   gp::GpImage* read = nullptr;
-  if (kind == std::filesystem::file_type::directory || !gp::Succeeded(gp::GdipLoadImageFromFile(file.c_str(), &read)))
+  if (!gp::Succeeded(gp::GdipLoadImageFromFile(file.c_str(), &read)))
     raise(rt::InvalidPicture, fileText(rt::InvalidPicture, file));
   gp::ImageHandle decoded(read);
   gp::ImageHandle made = premultipliedCopy(static_cast<gp::GpBitmap*>(read));
@@ -159,6 +164,15 @@ Ref<cls_DrawImage> cls_DrawImage::fromBitmap(gp::GpBitmap* bitmap) {
   return image;
 }
 
+int64_t cls_DrawImage::fileReads() noexcept { return gFileReads.load(std::memory_order_relaxed); }
+
+Ref<cls_DrawImage> cls_DrawImage::read(const std::u16string& file) {
+  auto image = make<cls_DrawImage>();
+  image->native_.adopt(readImageFile(file).release());
+  image->fileName_ = file;
+  return image;
+}
+
 Ref<cls_DrawImage> cls_DrawImage::CREATE(Call, int32_t pWidth, int32_t pHeight, const Variant& pColor) {
   gp::ImageHandle made = newBitmap(pWidth, pHeight);
   if (!pColor.isMissing()) {
@@ -178,7 +192,6 @@ Ref<cls_DrawImage> cls_DrawImage::LOAD(Procedure& p, const std::u16string& pFile
   p.step([&] {
     if (exports_ > 0) raise(rt::ArrayLocked);
     read = readImageFile(pFile);
-    fileReads_.fetch_add(1, std::memory_order_relaxed);
   });
   if (read) {
     native_.adopt(read.release());

@@ -1,6 +1,8 @@
 #include <tessel/images/cls_DrawToolImage.h>
 
+#include <tessel/core/Root.h>
 #include <tessel/core/Text.h>
+#include <tessel/images/cls_DrawResources.h>
 
 #include <optional>
 
@@ -29,7 +31,7 @@ std::optional<std::pair<int32_t, int32_t>> sizeText(std::u16string_view s) {
 
 }  // namespace
 
-Ref<cls_DrawImage> cls_DrawToolImage::AUTO(Call, const Variant& pImage) {
+Ref<cls_DrawImage> cls_DrawToolImage::imageOf(const Variant& pImage, bool cached) {
   if (pImage.isObject()) {
     if (auto same = refCast<cls_DrawImage>(pImage.objRef())) return same;
     if (auto picture = refCast<Picture>(pImage.objRef())) {
@@ -39,12 +41,14 @@ Ref<cls_DrawImage> cls_DrawToolImage::AUTO(Call, const Variant& pImage) {
     raise(rt::TypeMismatch);
   }
   if (pImage.isString()) {
-    if (auto size = sizeText(pImage.str())) return CREATE(size->first, size->second);
-    return LOAD(pImage.str());
+    if (auto size = sizeText(pImage.str())) return make<cls_DrawImage>()->CREATE(size->first, size->second);
+    return cached ? rootFactory<cls_DrawResources>()->fromFile(pImage.str()) : cls_DrawImage::read(pImage.str());
   }
   const int32_t side = pImage.toLong();
-  return CREATE(side, side);
+  return make<cls_DrawImage>()->CREATE(side, side);
 }
+
+Ref<cls_DrawImage> cls_DrawToolImage::AUTO(Call, const Variant& pImage) { return imageOf(pImage, true); }
 
 Ref<cls_DrawImage> cls_DrawToolImage::CREATE(Call, int32_t pWidth, int32_t pHeight, const Variant& pColor) {
   return make<cls_DrawImage>()->CREATE(pWidth, pHeight, pColor);

@@ -18,8 +18,8 @@ std::atomic<cls_DrawTool::StartupFn> gStartup{&mdl_GDIPlus::GdiplusStartup};
 // globals: one start-up at a time.
 std::mutex gStartupLock;
 
-// What lower layers reach through the root seams (core/Root.h): the factories they use, and
-// ERRORSET for the descriptions they read.
+// What lower layers reach through the root seams (core/Root.h): the factories they use, the
+// image cache, and ERRORSET for the descriptions they read.
 template <class F, Ref<F> (cls_DrawTool::*Read)() const>
 void fillSeam() {
   RootFactory<F>::get = [] { return (mdl_Global::DRAW().get()->*Read)(); };
@@ -34,6 +34,7 @@ void fillSeam() {
   fillSeam<cls_DrawToolPoint, &cls_DrawTool::POINT>();
   fillSeam<cls_DrawToolFont, &cls_DrawTool::FONT>();
   fillSeam<cls_DrawToolTextFormat, &cls_DrawTool::TEXTFORMAT>();
+  fillSeam<cls_DrawResources, &cls_DrawTool::RESOURCES>();
   RootErrorSet = [](const std::u16string& message) { mdl_Global::DRAW()->ERRORSET(message); };
   return true;
 }();

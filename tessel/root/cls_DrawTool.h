@@ -9,6 +9,7 @@
 #include <tessel/core/mdl_GDIPlus.h>
 #include <tessel/geometry/cls_DrawToolPoint.h>
 #include <tessel/geometry/cls_DrawToolRect.h>
+#include <tessel/images/cls_DrawResources.h>
 #include <tessel/images/cls_DrawToolImage.h>
 #include <tessel/resources/cls_DrawToolBrush.h>
 #include <tessel/resources/cls_DrawPath.h>

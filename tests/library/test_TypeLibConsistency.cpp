@@ -42,11 +42,13 @@ std::string suffix(InvokeKind k) {
   }
 }
 
-// An object to call members on: a new one, the thread's global, or the root object.
+// An object to call members on: a new one, the thread's global, the root object, or the names
+// list of a new image cache.
 Ref<Object> sample(const ClassInfo& ci) {
   if (ci.creatable()) return ci.create();
   if (ci.isGlobal()) return ci.instance();
   if (ci.name() == "cls_DrawTool") return mdl_Global::DRAW();
+  if (ci.name() == "cls_DrawNames") return make<cls_DrawResources>()->NAMES();
   ADD_FAILURE() << "no way to get a " << ci.name() << " for the consistency test: add one to sample()";
   return {};
 }

@@ -1,6 +1,6 @@
 """Drawing resources from a script: the factories as the root's properties, a colour's cached
-brush and pens through Python's bracket form, images and their pixels, and handle accounting
-across a script's objects."""
+brush and pens through Python's bracket form, images and their pixels, the image cache, and
+handle accounting across a script's objects."""
 import pytest
 
 import tessel
@@ -53,3 +53,13 @@ def test_shared_resources_read_before_the_platform_starts_are_made_once_it_has()
         "assert right.HANDLE != 0 and right.ALIGN == 2 and right.PROTECTED\n"
         "assert red.BRUSH.HANDLE != 0 and red.BRUSH is red.BRUSH and red.PEN[2].HANDLE != 0\n")
     assert done.returncode == 0, done.stderr
+
+
+def test_image_cache_by_name_and_its_names_as_a_list():
+    cache = DRAW.RESOURCES
+    cache.ADD("Ok", "(2,2)")
+    cache.ADD("cancel", 3)
+    assert cache("OK") is cache.ITEM("ok") and cache("cancel").WIDTH == 3
+    assert list(cache.NAMES) == ["Ok", "cancel"] and len(cache.NAMES) == 2
+    DRAW.RESOURCES = None  # a new, empty cache on the next read
+    assert DRAW.RESOURCES.count == 0
