@@ -6,6 +6,7 @@ packages=(
   cmake ninja-build g++ pkg-config            # build
   libgdiplus libgtk-3-dev fonts-liberation    # platform: flat API, host control and dialogs, "Arial"
   pybind11-dev python3-dev python3-pytest     # the Python module and its tests
+  python3-numpy python3-pil                   # the tests of images shared in place with numpy and PIL
   libgtest-dev libgmock-dev libbenchmark-dev  # C++ tests and benchmarks
   clang libclang-rt-14-dev                    # the fuzz targets (libFuzzer)
 )

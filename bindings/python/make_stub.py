@@ -90,6 +90,7 @@ class Class(type):
 class Object:
     @property
     def __tessel_class__(self) -> str: ...
+    def _repr_png_(self) -> Optional[bytes]: ...
 
 class Enumeration:
     __members__: dict[str, int]

@@ -13,6 +13,7 @@
 
 #include <fcntl.h>
 #include <sys/mman.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace tessel {
@@ -120,6 +121,31 @@ std::string fileText(int32_t number, const std::u16string& file) {
   return runtimeErrorText(number) + ": " + toUtf8(file);
 }
 
+// libjpeg decodes a JPEG cut short with a warning and fills the missing rows with grey, and
+// libgdiplus takes that for success. A whole JPEG ends its scans with an end-of-image marker;
+// inside the compressed data a 0xFF byte is always followed by 0x00 or a restart marker, so the
+// marker cannot occur there by chance. Markers before the first scan are walked by their lengths,
+// which skips the thumbnail an EXIF block may carry. False only for a JPEG that is cut short.
+bool jpegComplete(const std::string& path) {
+  const int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+  if (fd < 0) return true;  // the decoder reports it
+  struct stat st {};
+  void* map = ::fstat(fd, &st) == 0 && st.st_size > 4 ? ::mmap(nullptr, st.st_size, PROT_READ, MAP_PRIVATE, fd, 0) : MAP_FAILED;
+  ::close(fd);
+  if (map == MAP_FAILED) return true;
+  const auto* b = static_cast<const uint8_t*>(map);
+  const auto n = static_cast<size_t>(st.st_size);
+  bool complete = true;
+  if (b[0] == 0xFF && b[1] == 0xD8) {
+    size_t at = 2;
+    while (at + 4 <= n && b[at] == 0xFF && b[at + 1] != 0xDA) at += 2 + (static_cast<size_t>(b[at + 2]) << 8 | b[at + 3]);
+    complete = false;
+    for (size_t i = at; i + 1 < n && !complete; ++i) complete = b[i] == 0xFF && b[i + 1] == 0xD9;
+  }
+  ::munmap(map, n);
+  return complete;
+}
+
 // The file's image, premultiplied; 53 when there is no such file, 481 when it holds no image.
 gp::ImageHandle readImageFile(const std::u16string& file) {
   std::error_code ec;
@@ -132,6 +158,7 @@ gp::ImageHandle readImageFile(const std::u16string& file) {
   if (!gp::Succeeded(gp::GdipLoadImageFromFile(file.c_str(), &read)))
     raise(rt::InvalidPicture, fileText(rt::InvalidPicture, file));
   gp::ImageHandle decoded(read);
+  if (!jpegComplete(toUtf8(file))) raise(rt::InvalidPicture, fileText(rt::InvalidPicture, file));
   gp::ImageHandle made = premultipliedCopy(static_cast<gp::GpBitmap*>(read));
   if (!made) raise(rt::InvalidPicture, fileText(rt::InvalidPicture, file));
   return made;
