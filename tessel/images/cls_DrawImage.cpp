@@ -154,11 +154,12 @@ gp::ImageHandle readImageFile(const std::u16string& file) {
     raise(rt::FileNotFound, fileText(rt::FileNotFound, file));
   if (kind == std::filesystem::file_type::directory) raise(rt::InvalidPicture, fileText(rt::InvalidPicture, file));
   gFileReads.fetch_add(1, std::memory_order_relaxed);
+  // Checked before decoding: libgdiplus also leaks the decoder's memory when libjpeg gives up.
+  if (!jpegComplete(toUtf8(file))) raise(rt::InvalidPicture, fileText(rt::InvalidPicture, file));
   gp::GpImage* read = nullptr;
   if (!gp::Succeeded(gp::GdipLoadImageFromFile(file.c_str(), &read)))
     raise(rt::InvalidPicture, fileText(rt::InvalidPicture, file));
   gp::ImageHandle decoded(read);
-  if (!jpegComplete(toUtf8(file))) raise(rt::InvalidPicture, fileText(rt::InvalidPicture, file));
   gp::ImageHandle made = premultipliedCopy(static_cast<gp::GpBitmap*>(read));
   if (!made) raise(rt::InvalidPicture, fileText(rt::InvalidPicture, file));
   return made;
