@@ -18,8 +18,8 @@ std::atomic<cls_DrawTool::StartupFn> gStartup{&mdl_GDIPlus::GdiplusStartup};
 // globals: one start-up at a time.
 std::mutex gStartupLock;
 
-// What lower layers reach through the root seams (core/Root.h): the factories they use, and
-// ERRORSET for the descriptions they read.
+// What lower layers reach through the root seams (core/Root.h): the factories they use,
+// ERRORSET for the descriptions they read, and the count of platform users.
 template <class F, Ref<F> (cls_DrawTool::*Read)() const>
 void fillSeam() {
   RootFactory<F>::get = [] { return (mdl_Global::DRAW().get()->*Read)(); };
@@ -35,6 +35,9 @@ void fillSeam() {
   fillSeam<cls_DrawToolFont, &cls_DrawTool::FONT>();
   fillSeam<cls_DrawToolTextFormat, &cls_DrawTool::TEXTFORMAT>();
   RootErrorSet = [](const std::u16string& message) { mdl_Global::DRAW()->ERRORSET(message); };
+  RootInit = [] { return mdl_Global::DRAW()->INIT(); };
+  RootDeinit = [] { mdl_Global::DRAW()->DEINIT(); };
+  RootReady = [] { return mdl_Global::DRAW()->READY(); };
   return true;
 }();
 
