@@ -10,6 +10,8 @@
 
 namespace tessel {
 
+class cls_DrawGraphics;
+
 class cls_DrawImage final : public ObjectOf<cls_DrawImage> {
   TESSEL_MEMBERS(cls_DrawImage)
 
@@ -17,11 +19,20 @@ class cls_DrawImage final : public ObjectOf<cls_DrawImage> {
   // The bitmap for drawing code; null for an empty image.
   mdl_GDIPlus::GpBitmap* bitmap() const noexcept { return static_cast<mdl_GDIPlus::GpBitmap*>(native_.get()); }
 
+  // Changes whenever the bitmap is replaced or freed, and never comes back.
+  uint64_t bitmapStamp() const noexcept { return native_.stamp(); }
+
+  // The surface that GRAPHICS handed out, while it stays bound to this image. A plain pointer:
+  // the surface holds the image, and clears it when it leaves.
+  cls_DrawGraphics* boundGraphics() const noexcept { return graphics_; }
+  void boundGraphics(cls_DrawGraphics* g) noexcept { graphics_ = g; }
+
  private:
   // The pixel's place, after checking that it lies on the bitmap (5 when it does not).
   void checkPixel(int32_t x, int32_t y) const;
 
   NativeResource<mdl_GDIPlus::ImageHandle> native_;
+  mutable cls_DrawGraphics* graphics_ = nullptr;
 };
 
 }  // namespace tessel
