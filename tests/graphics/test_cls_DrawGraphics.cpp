@@ -1,10 +1,12 @@
 // The surface's lifecycle and binding: the root's user count, the defaults, device contexts,
-// host windows reached by name and images; native handles come back to where they started.
+// host windows reached by name, images and an image's GRAPHICS; native handles come back to
+// where they started.
 #include <tessel/graphics/cls_DrawGraphics.h>
 #include <tessel/root/cls_DrawTool.h>
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <thread>
 
 #include "TestSupport.h"
@@ -190,4 +192,31 @@ TEST_F(Surfaces, HostWindowsAreReachedByName) {
   EXPECT_EQ(e.number(), objectError(438));
   EXPECT_EQ(e.source(), "cls_DrawGraphics.CONNECT");
   EXPECT_EQ(g->DEVICE(), Ref<Object>(host));
+}
+
+TEST_F(Surfaces, AnImageHandsOutOneSurfaceWhileItIsBoundThere) {
+  auto image = make<cls_DrawImage>()->CREATE(8, 6);
+  Ref<cls_DrawGraphics> g = image->GRAPHICS();
+  EXPECT_EQ(image->GRAPHICS(), g);
+  EXPECT_EQ(g->DEVICE(), Ref<Object>(image));
+  image->CREATE(12, 9);
+  EXPECT_EQ(info(image->GRAPHICS()->RECT()), "(0,0)-(11,8)");
+  EXPECT_EQ(image->GRAPHICS(), g);
+
+  // Leaving the image by any way clears its pointer; the next read binds a new surface.
+  DeviceContext dc(4, 4);
+  auto host = make<cls_FakeHost>();
+  const std::function<void()> leave[] = {[&] { g->DISCONNECT(); }, [&] { g->CONNECTDC(0, dc.hdc()); },
+                                         [&] { g->CONNECT(make<cls_DrawImage>()); }, [&] { g->DEVICE(host); }};
+  for (auto& away : leave) {
+    g = image->GRAPHICS();
+    away();
+    EXPECT_EQ(image->boundGraphics(), nullptr);
+    EXPECT_NE(image->GRAPHICS(), g);
+  }
+  // No cycle: once the surface is dropped the image is its only owner again, with no pointer behind.
+  g = nullptr;
+  image->GRAPHICS()->READY();
+  EXPECT_EQ(image->boundGraphics(), nullptr);
+  EXPECT_EQ(image->refCount(), 1);
 }
