@@ -8,10 +8,14 @@
 // - PROTECTED (brush, pen, font, text format) is one-way: True sets it, False does nothing. A
 //   protected wrapper ignores its creating operations, which still return the wrapper.
 // - Destroying a wrapper frees its native object, protected or not. Freeing never throws.
+// - Every creating operation and every DELETE gives the wrapper a new stamp, never used before
+//   for its kind, so that whatever was made on the old object (a graphics on a bitmap) can tell
+//   that it is gone, even when the new object took its address.
 #pragma once
 
 #include <tessel/core/Handle.h>
 
+#include <atomic>
 #include <cstdint>
 
 namespace tessel {
@@ -26,15 +30,24 @@ class NativeResource {
   template <class T>
   void adopt(T* made) noexcept {
     kind_.reset(made);
+    restamp();
   }
-  void free() noexcept { kind_.reset(); }
+  void free() noexcept {
+    kind_.reset();
+    restamp();
+  }
+  uint64_t stamp() const noexcept { return stamp_; }
 
   bool isProtected() const noexcept { return protected_; }
   void protect(bool on) noexcept { protected_ = protected_ || on; }
 
  private:
+  void restamp() noexcept { stamp_ = lastStamp_.fetch_add(1, std::memory_order_relaxed) + 1; }
+
   Kind kind_;
   bool protected_ = false;
+  uint64_t stamp_ = 0;
+  static inline std::atomic<uint64_t> lastStamp_{0};
 };
 
 }  // namespace tessel

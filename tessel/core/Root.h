@@ -35,4 +35,16 @@ inline void rootErrorSet(const std::u16string& message) {
   if (RootErrorSet) RootErrorSet(message);
 }
 
+// The root's count of platform users, for objects that count as one while they live (a surface
+// calls INIT when made and DEINIT when gone, and asks READY before it opens). The root fills
+// them; without a root INIT and DEINIT do nothing and READY answers False.
+inline bool (*RootInit)() = nullptr;
+inline void (*RootDeinit)() = nullptr;
+inline bool (*RootReady)() = nullptr;
+inline bool rootInit() { return RootInit && RootInit(); }
+inline void rootDeinit() {
+  if (RootDeinit) RootDeinit();
+}
+inline bool rootReady() { return RootReady && RootReady(); }
+
 }  // namespace tessel

@@ -4,6 +4,7 @@
 #include <tessel/core/mdl_Err.h>
 #include <tessel/core/mdl_Global.h>
 
+#include <unordered_set>
 #include <vector>
 
 namespace tessel::mdl_GDIPlus {
@@ -15,6 +16,42 @@ std::recursive_mutex& TextLock() {
 }
 
 int32_t LogPixelsY(HDC) noexcept { return 96; }
+
+namespace {
+
+// Never destroyed, like the text lock: a host window may let go of its device context while the
+// process ends.
+struct DeviceContexts {
+  std::mutex lock;
+  std::unordered_set<const GpGraphics*> live;
+};
+DeviceContexts& deviceContexts() {
+  static auto* d = new DeviceContexts;
+  return *d;
+}
+
+}  // namespace
+
+void RegisterHDC(GpGraphics* dc) {
+  if (!dc) return;
+  auto& d = deviceContexts();
+  std::lock_guard hold(d.lock);
+  d.live.insert(dc);
+}
+
+void UnregisterHDC(GpGraphics* dc) noexcept {
+  auto& d = deviceContexts();
+  std::lock_guard hold(d.lock);
+  d.live.erase(dc);
+}
+
+GpStatus CreateFromHDC(int64_t hdc, GpGraphics** graphics) {
+  auto* dc = reinterpret_cast<GpGraphics*>(static_cast<intptr_t>(hdc));
+  auto& d = deviceContexts();
+  std::lock_guard hold(d.lock);
+  if (!d.live.count(dc)) return GpStatus::InvalidParameter;
+  return GdipCreateFromHDC(dc, graphics);
+}
 
 std::vector<std::pair<const char*, long>> LiveHandles() {
   return {{"brush", BrushHandle::live()},   {"pen", PenHandle::live()},

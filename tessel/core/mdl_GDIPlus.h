@@ -178,6 +178,10 @@ GpStatus GdipBitmapUnlockBits(GpBitmap* bitmap, BitmapData* locked);
 
 // Graphics.
 GpStatus GdipGetImageGraphicsContext(GpImage* image, GpGraphics** graphics);
+// Follows the HDC as a graphics: call it through CreateFromHDC only, which refuses any other value.
+GpStatus GdipCreateFromHDC(HDC hdc, GpGraphics** graphics);
+GpStatus GdipGetPageUnit(GpGraphics* graphics, int* unit);
+GpStatus GdipSetPageUnit(GpGraphics* graphics, int unit);
 GpStatus GdipDeleteGraphics(GpGraphics* graphics);
 GpStatus GdipGraphicsClear(GpGraphics* graphics, ARGB color);
 GpStatus GdipSetSmoothingMode(GpGraphics* graphics, int mode);
@@ -322,6 +326,16 @@ std::recursive_mutex& TextLock();
 // display is reachable, so this answers 96 for every device; a host that knows its screen may
 // refine it.
 int32_t LogPixelsY(HDC hdc) noexcept;
+
+// Device contexts. libgdiplus takes any HDC for a graphics and follows the pointer, so a value
+// that is no live graphics crashes it. Whoever hands a graphics out as a device context (a host
+// window, for its backing bitmap) registers it for as long as it lives, and unregisters it
+// before freeing it. CreateFromHDC makes a new graphics on a registered device context and
+// answers InvalidParameter for any other value, 0 included. Safe from any thread: a device
+// context is not unregistered while a graphics is being made on it.
+void RegisterHDC(GpGraphics* dc);
+void UnregisterHDC(GpGraphics* dc) noexcept;
+GpStatus CreateFromHDC(int64_t hdc, GpGraphics** graphics);
 
 // The class id of the image encoder for a MIME type ("image/png"), compared without regard to
 // case. False when libgdiplus has no such encoder.

@@ -18,6 +18,8 @@
 
 namespace tessel {
 
+class cls_DrawGraphics;
+
 class cls_DrawImage final : public ObjectOf<cls_DrawImage> {
   TESSEL_MEMBERS(cls_DrawImage)
 
@@ -44,6 +46,14 @@ class cls_DrawImage final : public ObjectOf<cls_DrawImage> {
   void unexportBuffer() noexcept override;
   std::string toPng() override;
 
+  // Changes whenever the bitmap is replaced or freed, and never comes back.
+  uint64_t bitmapStamp() const noexcept { return native_.stamp(); }
+
+  // The surface that GRAPHICS handed out, while it stays bound to this image. A plain pointer:
+  // the surface holds the image, and clears it when it leaves.
+  cls_DrawGraphics* boundGraphics() const noexcept { return graphics_; }
+  void boundGraphics(cls_DrawGraphics* g) noexcept { graphics_ = g; }
+
  private:
   // The pixel's place, after checking that it lies on the bitmap (5 when it does not).
   void checkPixel(int32_t x, int32_t y) const;
@@ -54,6 +64,8 @@ class cls_DrawImage final : public ObjectOf<cls_DrawImage> {
   NativeResource<mdl_GDIPlus::ImageHandle> native_;
   std::u16string fileName_;
   int32_t exports_ = 0;
+
+  mutable cls_DrawGraphics* graphics_ = nullptr;
 };
 
 }  // namespace tessel

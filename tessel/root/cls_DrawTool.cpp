@@ -19,7 +19,7 @@ std::atomic<cls_DrawTool::StartupFn> gStartup{&mdl_GDIPlus::GdiplusStartup};
 std::mutex gStartupLock;
 
 // What lower layers reach through the root seams (core/Root.h): the factories they use, the
-// image cache, and ERRORSET for the descriptions they read.
+// image cache, ERRORSET for the descriptions they read, and the count of platform users.
 template <class F, Ref<F> (cls_DrawTool::*Read)() const>
 void fillSeam() {
   RootFactory<F>::get = [] { return (mdl_Global::DRAW().get()->*Read)(); };
@@ -36,6 +36,9 @@ void fillSeam() {
   fillSeam<cls_DrawToolTextFormat, &cls_DrawTool::TEXTFORMAT>();
   fillSeam<cls_DrawResources, &cls_DrawTool::RESOURCES>();
   RootErrorSet = [](const std::u16string& message) { mdl_Global::DRAW()->ERRORSET(message); };
+  RootInit = [] { return mdl_Global::DRAW()->INIT(); };
+  RootDeinit = [] { mdl_Global::DRAW()->DEINIT(); };
+  RootReady = [] { return mdl_Global::DRAW()->READY(); };
   return true;
 }();
 

@@ -24,6 +24,10 @@ class Canvas {
   // The first read ends the drawing.
   mdl_GDIPlus::ARGB pixel(int x, int y) {
     graphics_.reset();
+    return peek(x, y);
+  }
+  // A read that leaves the graphics open, for what others drew on the bitmap and ended themselves.
+  mdl_GDIPlus::ARGB peek(int x, int y) const {
     mdl_GDIPlus::ARGB c = 0;
     mdl_GDIPlus::GdipBitmapGetPixel(static_cast<mdl_GDIPlus::GpBitmap*>(bitmap_.get()), x, y, &c);
     return c;

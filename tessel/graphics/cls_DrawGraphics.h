@@ -1,0 +1,79 @@
+// The drawing surface (cls_DrawGraphics.members): one native graphics on the bound target, and
+// the default resources that drawing uses when an argument is left out.
+//
+// Rules, written once:
+// - A surface counts as a user of the platform while it lives: the root's INIT when it is made,
+//   DEINIT when it goes.
+// - CONNECT, CONNECTDC, DEVICE set and an image's GRAPHICS bind a target; READY opens the native
+//   graphics there when needed (LOCKIT) and RELEASE frees it. Dropping a surface runs no RELEASE,
+//   but its handle still frees a graphics left open.
+// - A binding reads everything it needs from the target before it changes the surface, so one
+//   that fails (a host without hDC, Nothing) leaves the surface as it was. The host itself may
+//   have changed already: CONNECT switches its AutoRedraw and ScaleMode before it reads hDC again.
+// - Native statuses are no errors: a graphics the platform cannot make leaves the surface closed.
+// - A surface holds its target by reference. An image keeps only a plain pointer to the surface
+//   its GRAPHICS handed out, which the surface clears whenever it leaves that image.
+#pragma once
+
+#include <tessel/core/Root.h>
+#include <tessel/core/TypeLib.h>
+#include <tessel/core/cls_DrawFlags.h>  // CONNECT's and CONNECTDC's default argument
+#include <tessel/core/mdl_GDIPlus.h>
+#include <tessel/graphics/cls_DrawGraphics.members.h>
+
+#include <cstdint>
+
+namespace tessel {
+
+class cls_DrawImage;
+
+class cls_DrawGraphics final : public ObjectOf<cls_DrawGraphics> {
+  TESSEL_MEMBERS(cls_DrawGraphics)
+
+ public:
+  cls_DrawGraphics();
+  ~cls_DrawGraphics() override;
+
+  // The native graphics for drawing code, valid after READY answered True; null while closed.
+  mdl_GDIPlus::GpGraphics* graphics() const noexcept { return graphics_.get(); }
+
+  // Takes the size of the bound image again, after the image was given a new bitmap (CREATE,
+  // LOAD); does nothing unless an image is bound.
+  void followImageSize();
+
+ private:
+  // Counts the surface as a platform user for exactly its lifetime, also when construction fails
+  // halfway. Declared first, so that it goes last.
+  struct PlatformUser {
+    PlatformUser() { rootInit(); }
+    ~PlatformUser();
+    PlatformUser(const PlatformUser&) = delete;
+    PlatformUser& operator=(const PlatformUser&) = delete;
+  };
+
+  // Whether a target is bound: a device object, or else a non-zero device context.
+  bool hConnected() const noexcept { return device_ || hdc_ != 0; }
+  // Every change of the device passes here, so that an image never points to a surface that left it.
+  void hBind(Ref<Object> device);
+  void hLeaveImage() noexcept;
+
+  PlatformUser user_;
+  Ref<cls_DrawColor> color1_, color2_;
+  Ref<cls_DrawBrush> brush_;
+  Ref<cls_DrawPen> pen_;
+  Ref<cls_DrawTextFormat> textFormat_;
+  int32_t width_ = 0, height_ = 0;  // of an image or a bare device context
+  bool isImage_ = false;
+  Ref<Object> device_;
+  int64_t hwnd_ = 0;
+  int64_t hdc_ = 0;
+  int64_t lockedDC_ = 0;  // the device context the open graphics was made for; 0 when none
+  // The image the open graphics draws on, kept alive while it is open, and the stamp of the
+  // bitmap it was made on.
+  Ref<cls_DrawImage> lockedImage_;
+  uint64_t lockedStamp_ = 0;
+  // Last: an open graphics goes before the image it draws on.
+  mdl_GDIPlus::GraphicsHandle graphics_;
+};
+
+}  // namespace tessel
