@@ -9,6 +9,12 @@ int32_t Picture::Width(Get) const { return width_; }
 int32_t Picture::Height(Get) const { return height_; }
 int16_t Picture::Type(Get) const { return bitmap_ ? kPictureBitmap : kPictureNone; }
 
+std::string Picture::toPng() try {
+  return bitmap_ ? cls_DrawImage::fromBitmap(bitmap())->toPng() : std::string();
+} catch (...) {
+  return {};
+}
+
 bool Picture::SAVE(Call, const std::u16string& pFile) const {
   if (!bitmap_) raise(rt::InvalidCall);
   return cls_DrawImage::fromBitmap(bitmap())->SAVE(pFile);

@@ -33,6 +33,9 @@ class Picture final : public ObjectOf<Picture> {
   // The bitmap it owns; null for an empty picture.
   mdl_GDIPlus::GpBitmap* bitmap() const noexcept { return static_cast<mdl_GDIPlus::GpBitmap*>(bitmap_.get()); }
 
+  // A picture shows itself as an image does.
+  std::string toPng() override;
+
  private:
   friend Ref<Picture> mdl_GDIPlus::HandleToPicture(int64_t, int32_t, int64_t);
   mdl_GDIPlus::ImageHandle bitmap_;

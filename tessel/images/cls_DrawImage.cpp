@@ -82,19 +82,26 @@ uint32_t straight(uint32_t pargb) {
 }
 
 // A premultiplied copy of any bitmap libgdiplus can read (palette, 24 bits, grey, straight or
-// premultiplied alpha). libgdiplus converts to straight ARGB on locking; the premultiplication is
-// ours. Null when the bitmap's pixels cannot be read.
+// premultiplied alpha). libgdiplus converts to straight ARGB on locking, except that it copies a
+// premultiplied bitmap's bytes as they are; the premultiplication is ours. Null when the
+// bitmap's pixels cannot be read.
 gp::ImageHandle premultipliedCopy(gp::GpBitmap* source) {
   uint32_t width = 0, height = 0;
+  gp::PixelFormat format = 0;
   if (!gp::Succeeded(gp::GdipGetImageWidth(source, &width)) || !gp::Succeeded(gp::GdipGetImageHeight(source, &height)) ||
-      !validSide(static_cast<int32_t>(width)) || !validSide(static_cast<int32_t>(height)))
+      !gp::Succeeded(gp::GdipGetImagePixelFormat(source, &format)) || !validSide(static_cast<int32_t>(width)) ||
+      !validSide(static_cast<int32_t>(height)))
     return {};
   gp::ImageHandle made = newBitmap(static_cast<int32_t>(width), static_cast<int32_t>(height));
   const Rows to = ownRows(asBitmap(made));
-  const bool read = withRows(source, gp::PixelFormat32bppARGB, [&](const Rows& from) {
-    for (uint32_t y = 0; y < height; ++y)
-      std::transform(from.row(y), from.row(y) + width, to.row(y), premultiplied);
-  });
+  const bool premultipliedAlready = format == gp::PixelFormat32bppPARGB;
+  const bool read = withRows(source, premultipliedAlready ? gp::PixelFormat32bppPARGB : gp::PixelFormat32bppARGB,
+                             [&](const Rows& from) {
+                               for (uint32_t y = 0; y < height; ++y) {
+                                 if (premultipliedAlready) std::copy(from.row(y), from.row(y) + width, to.row(y));
+                                 else std::transform(from.row(y), from.row(y) + width, to.row(y), premultiplied);
+                               }
+                             });
   return read && to.scan0 ? std::move(made) : gp::ImageHandle();
 }
 

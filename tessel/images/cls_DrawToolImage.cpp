@@ -48,14 +48,21 @@ Ref<cls_DrawImage> cls_DrawToolImage::imageOf(const Variant& pImage, bool cached
   return make<cls_DrawImage>()->CREATE(side, side);
 }
 
-Ref<cls_DrawImage> cls_DrawToolImage::AUTO(Call, const Variant& pImage) { return imageOf(pImage, true); }
+// Both in steps: a file error's dialog answered with Ignore gives an empty image, not Nothing.
+Ref<cls_DrawImage> cls_DrawToolImage::AUTO(Procedure& p, const Variant& pImage) {
+  Ref<cls_DrawImage> image;
+  p.step([&] { image = imageOf(pImage, true); });
+  return image ? image : make<cls_DrawImage>();
+}
 
 Ref<cls_DrawImage> cls_DrawToolImage::CREATE(Call, int32_t pWidth, int32_t pHeight, const Variant& pColor) {
   return make<cls_DrawImage>()->CREATE(pWidth, pHeight, pColor);
 }
 
-Ref<cls_DrawImage> cls_DrawToolImage::LOAD(Call, const std::u16string& pFile) {
-  return make<cls_DrawImage>()->LOAD(pFile);
+Ref<cls_DrawImage> cls_DrawToolImage::LOAD(Procedure& p, const std::u16string& pFile) {
+  Ref<cls_DrawImage> image = make<cls_DrawImage>();
+  p.step([&] { image = cls_DrawImage::read(pFile); });
+  return image;
 }
 
 }  // namespace tessel

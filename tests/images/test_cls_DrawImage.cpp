@@ -182,6 +182,10 @@ TEST_F(ImageFiles, MissingFileDialogAnswers) {
   });
   EXPECT_EQ(raisedNumber([&] { factory()->LOAD(file("gone.png")); }), objectError(53));
   EXPECT_EQ(capture_.shown.size(), 1u);
+  // The factory ignored: an empty image.
+  ErrorCapture ignoring;  // answers Ignore
+  EXPECT_EQ(factory()->AUTO(Variant(file("gone.png")))->HANDLE(), 0);
+  EXPECT_EQ(factory()->LOAD(file("gone.png"))->HANDLE(), 0);
 }
 
 TEST_F(ImageFiles, DamagedFilesAreNoImages) {
@@ -225,6 +229,9 @@ TEST_F(Images, ResizeResamplesWithoutFadingTheEdges) {
 
 TEST_F(Images, ClonesAndPicturesCopyThePixels) {
   auto image = factory()->CREATE(5, 4, Variant(u"#102030"));
+  image->PIXEL(4, 3, static_cast<int32_t>(0x80FF0000u));  // translucent: copies keep it as it is
+  EXPECT_EQ(factory()->AUTO(Variant(factory()->AUTO(Variant(image->PICTURE()))->PICTURE()))->PIXEL(4, 3),
+            image->PIXEL(4, 3));
   auto copy = image->CLONE();
   copy->PIXEL(1, 1, -1);
   EXPECT_EQ(uint32_t(image->PIXEL(1, 1)), 0xFF102030u);
