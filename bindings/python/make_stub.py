@@ -40,7 +40,15 @@ SIMPLE = {
 HEADER = '''\
 # The type stub of the tessel package, generated from Tessel's type library by
 # bindings/python/make_stub.py when the module is built. Edit the type library, not this file.
-from typing import Any, Callable, Final, Iterator, Literal, Optional, Union, overload
+from typing import Any, Callable, Final, Generic, Iterator, Literal, Optional, TypeVar, Union, overload
+
+_V = TypeVar("_V")
+
+class _Indexed(Generic[_V]):
+    """A property with parameters: read as obj.NAME[args] or obj.NAME(args), assigned as obj.NAME[args] = value."""
+    def __getitem__(self, args: Any) -> _V: ...
+    def __setitem__(self, args: Any, value: Any) -> None: ...
+    def __call__(self, *args: Any, **named: Any) -> _V: ...
 
 class Error(Exception):
     number: int
@@ -115,6 +123,7 @@ class Writer:
     def __init__(self, infos):
         self.infos = infos
         self.names = {i["name"]: class_name(i) for i in infos}
+        self.enums = {name for name, _, _ in _tessel.enums()}  # passed and returned as ints
         self.lines = []
 
     def emit(self, text=""):
@@ -123,6 +132,8 @@ class Writer:
     def result(self, type_name):
         if type_name in SIMPLE:
             return SIMPLE[type_name]
+        if type_name in self.enums:
+            return "int"
         return self.names.get(type_name, "Object")
 
     def value(self, param):
@@ -130,6 +141,8 @@ class Writer:
         t = param["type"]
         if t in SIMPLE:
             py = SIMPLE[t]
+        elif t in self.enums:
+            py = "int"
         else:
             py = f"Optional[{self.names.get(t, 'Object')}]"  # Nothing is None
         return f"Union[{py}, ByRef]" if param["byref"] else py
@@ -173,9 +186,12 @@ class Writer:
             return
         doc = m["description"]
         get, assign = m["get"], m["let"] or m["set"]
-        if m["method"] or (get and get["params"]):
-            acc = m["method"] or get
-            self.function(name, self.params(acc["params"]), self.result(acc["result"]), doc)
+        if m["method"]:
+            self.function(name, self.params(m["method"]["params"]), self.result(m["method"]["result"]), doc)
+            return
+        if get and get["params"]:
+            self.emit("    @property")
+            self.function(name, ["self"], f"_Indexed[{self.result(get['result'])}]", doc)
             return
         # A property without parameters: read and assigned as an attribute.
         read = self.result(get["result"]) if get else self.value(assign["params"][-1])
