@@ -34,7 +34,7 @@ demo: build
 pictures: build
 	@mkdir -p out/pictures
 	env -u DISPLAY $(BUILD)/bin/tessel-showcase out/pictures/showcase.png
-	cp out/pictures/resources.png docs/pictures/
+	cp out/pictures/resources.png out/pictures/images.png docs/pictures/
 
 bench: build
 	@if [ -x $(BUILD)/bin/tessel-bench ]; then \
@@ -83,7 +83,8 @@ soak: build
 	env -u DISPLAY $(BUILD)/bin/tessel-soak
 
 # Fuzzes every parser (fuzz/fuzz_*.cpp) with clang's libFuzzer, FUZZ_TIME seconds shared among
-# the targets; fails on any finding. A target's dictionary is fuzz/<name>.dict, when there is one.
+# the targets; fails on any finding. A target's dictionary is fuzz/<name>.dict and its seed inputs
+# fuzz/seeds/<name>/, when there are any.
 FUZZ_BUILD   ?= build-fuzz
 FUZZ_TIME    ?= 60
 FUZZ_TARGETS := $(patsubst fuzz/fuzz_%.cpp,%,$(wildcard fuzz/fuzz_*.cpp))
@@ -94,9 +95,10 @@ fuzz: setup
 	for t in $(FUZZ_TARGETS); do \
 	  mkdir -p $(FUZZ_BUILD)/corpus/$$t; \
 	  dict=; [ -f fuzz/$$t.dict ] && dict=-dict=$(CURDIR)/fuzz/$$t.dict; \
+	  seeds=; [ -d fuzz/seeds/$$t ] && seeds=$(CURDIR)/fuzz/seeds/$$t; \
 	  echo "fuzz_$$t for $$share s"; \
 	  (cd $(FUZZ_BUILD) && env -u DISPLAY LSAN_OPTIONS=suppressions=$(CURDIR)/scripts/lsan.supp ./fuzz_$$t -max_total_time=$$share -timeout=10 $$dict \
-	    -print_final_stats=1 corpus/$$t) || exit 1; \
+	    -print_final_stats=1 corpus/$$t $$seeds) || exit 1; \
 	done
 
 # Refreshes docs/reference from the member tables (a test fails while they differ).

@@ -36,6 +36,7 @@ bool drawPicture(const std::string& file) {
 void showGeometry();
 void showPalette();
 bool drawResources(const std::string& file);
+bool drawImages(const std::string& folder);
 
 int main(int argc, char** argv) {
   std::string out = argc > 1 ? argv[1] : "showcase.png";
@@ -58,9 +59,15 @@ int main(int argc, char** argv) {
     return 1;
   }
   std::printf("drew %s\n", out.c_str());
+  // The other pictures go next to the main one; the images picture reads the resources picture.
   const size_t slash = out.find_last_of('/');
-  if (!drawResources((slash == std::string::npos ? std::string() : out.substr(0, slash + 1)) + "resources.png")) {
+  const std::string folder = slash == std::string::npos ? std::string() : out.substr(0, slash + 1);
+  if (!drawResources(folder + "resources.png")) {
     std::fprintf(stderr, "could not draw the resources picture\n");
+    return 1;
+  }
+  if (!drawImages(folder)) {
+    std::fprintf(stderr, "could not draw the images picture\n");
     return 1;
   }
   draw->DEINIT();

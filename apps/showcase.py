@@ -3,8 +3,8 @@
 
 Starts the toolkit, reports its state, then walks the geometry and the colours as a script sees
 them (members by name, the factories' default members, events, the Python forms the type library
-gives objects: repr, values, collections, copies). The report is printed and also written to
-<out>/showcase-python.txt.
+gives objects: repr, values, collections, copies), and saves, loads and resizes an image. The
+report is printed and also written to <out>/showcase-python.txt, the image files next to it.
 
     PYTHONPATH=build/python python3 apps/showcase.py out
 """
@@ -80,6 +80,29 @@ def show_palette(say):
             f"{c.CONTRASTCOLOR(light).HTML():<10}{c.CONTRASTCOLOR(dark).HTML():<10}{c.CONTRAST().HTML()}")
 
 
+def show_images(say, out):
+    draw = tessel.DRAW
+    checker = draw.Image.CREATE(96, 64, "#F4F1EA")
+    blue = draw.COLOR("#3A7CA5").ATOM
+    for y in range(64):
+        for x in range(96):
+            if (x // 4 + y // 4) % 2:
+                checker.PIXEL[x, y] = blue
+    png = os.path.join(out, "images-python.png")
+    checker.SAVE(png)
+    image = draw.Image.LOAD(png)
+    kept = image.CLONE().RESIZE(40, 40, True)
+    stretched = image.CLONE().RESIZE(40, 40)
+    say(f"images: {image.WIDTH:g} x {image.HEIGHT:g} loaded from {os.path.basename(png)}; RESIZE(40, 40, True) "
+        f"-> {kept.WIDTH:g} x {kept.HEIGHT:g}, RESIZE(40, 40) -> {stretched.WIDTH:g} x {stretched.HEIGHT:g}")
+    for quality in (90, 15):
+        jpeg = os.path.join(out, f"images-python-q{quality}.jpg")
+        image.SAVE(jpeg, "image/jpeg", quality)
+        back = draw.Image.LOAD(jpeg)
+        say(f"images: JPEG at quality {quality}: {os.path.getsize(jpeg)} bytes, "
+            f"PIXEL[5, 1] reads {back.PIXEL[5, 1] & 0xFFFFFFFF:08X} (the PNG {image.PIXEL[5, 1] & 0xFFFFFFFF:08X})")
+
+
 def main(argv):
     out = argv[1] if len(argv) > 1 else "."
     lines = []
@@ -91,9 +114,10 @@ def main(argv):
     show_root(say)
     show_geometry(say)
     show_palette(say)
+    os.makedirs(out, exist_ok=True)
+    show_images(say, out)
     tessel.DRAW.DEINIT()
 
-    os.makedirs(out, exist_ok=True)
     report = os.path.join(out, "showcase-python.txt")
     with open(report, "w", encoding="utf-8") as f:
         f.write("\n".join(lines) + "\n")

@@ -2,58 +2,18 @@
 // the flat API itself (the drawing surface comes later). Written next to the main picture.
 #include <tessel/tessel.h>
 
+#include "Sheet.h"
+
 #include <cstdio>
 #include <string>
 
 using namespace tessel;
-namespace gp = tessel::mdl_GDIPlus;
+using showcase::box;
+using showcase::Sheet;
 
 namespace {
 
-template <class T>
-T* native(int64_t handle) {
-  return reinterpret_cast<T*>(static_cast<intptr_t>(handle));
-}
-
-class Sheet {
- public:
-  Sheet(int w, int h) {
-    gp::GpBitmap* b = nullptr;
-    gp::GdipCreateBitmapFromScan0(w, h, 0, gp::PixelFormat32bppARGB, nullptr, &b);
-    bitmap_.reset(b);
-    gp::GpGraphics* g = nullptr;
-    if (b) gp::GdipGetImageGraphicsContext(b, &g);
-    graphics_.reset(g);
-    if (g) {
-      gp::GdipSetSmoothingMode(g, gp::SmoothingModeAntiAlias);
-      gp::GdipGraphicsClear(g, 0xFFF4F1EA);
-    }
-  }
-  bool ok() const { return graphics_.get() != nullptr; }
-  void fill(const Ref<cls_DrawBrush>& brush, float x, float y, float w, float h) {
-    gp::GdipFillRectangle(graphics_.get(), brush->brush(), x, y, w, h);
-  }
-  void line(const Ref<cls_DrawPen>& pen, int x1, int y1, int x2, int y2) {
-    gp::GdipDrawLineI(graphics_.get(), native<gp::GpPen>(pen->HANDLE()), x1, y1, x2, y2);
-  }
-  void path(const Ref<cls_DrawPath>& path, const Ref<cls_DrawBrush>& brush, const Ref<cls_DrawPen>& pen) {
-    if (brush) gp::GdipFillPath(graphics_.get(), brush->brush(), native<gp::GpPath>(path->HANDLE()));
-    if (pen) gp::GdipDrawPath(graphics_.get(), native<gp::GpPen>(pen->HANDLE()), native<gp::GpPath>(path->HANDLE()));
-  }
-  bool save(const std::string& file) {
-    graphics_.reset();
-    gp::GUID png;
-    return gp::GetEncoderClsid(u"image/png", png) &&
-           gp::Succeeded(gp::GdipSaveImageToFile(bitmap_.get(), toUtf16(file).c_str(), &png, nullptr));
-  }
-
- private:
-  gp::ImageHandle bitmap_;
-  gp::GraphicsHandle graphics_;
-};
-
 Variant pt(double x, double y) { return Variant(mdl_Global::DRAW()->POINT()->POINT(x, y)); }
-Variant box(int x, int y, int w, int h) { return Variant(mdl_Global::DRAW()->RECT()->RECT(Variant(x), y, w, h)); }
 
 }  // namespace
 

@@ -3,11 +3,14 @@
 #include <pybind11/pybind11.h>
 
 #include <chrono>
+#include <string>
 
 #include <tessel/root/cls_DrawTool.h>
 #include <tessel/root/sys_Global.h>
 #include <tessel/geometry/cls_DrawPoint.h>
 #include <tessel/geometry/cls_DrawRect.h>
+
+#include "Photo.h"
 
 namespace py = pybind11;
 using namespace tessel;
@@ -70,5 +73,12 @@ PYBIND11_MODULE(_tessel_bench_direct, m) {
                              InvokeKind::Method, std::span<Variant>(&text, 1));
       gSink = static_cast<double>(brush.isObject());
     });
+  });
+  // The image round trip of bench/bench_images.cpp, typed: its photo written once, then a 640 × 480
+  // copy of it read, resampled and saved.
+  m.def("photo_png", [](const std::string& file) { bench::photo(1024, 768)->SAVE(toUtf16(file)); });
+  m.def("cpp_image_round_trip_ns", [](const std::string& from, const std::string& to, long n) {
+    const std::u16string source = toUtf16(from), target = toUtf16(to);
+    return timePerCall(n, [&] { gSink = make<cls_DrawImage>()->LOAD(source)->RESIZE(640, 480)->SAVE(target); });
   });
 }

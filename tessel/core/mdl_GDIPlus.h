@@ -191,6 +191,7 @@ GpStatus GdipFillRectangle(GpGraphics* graphics, GpBrush* brush, REAL x, REAL y,
 GpStatus GdipFillEllipse(GpGraphics* graphics, GpBrush* brush, REAL x, REAL y, REAL width, REAL height);
 
 GpStatus GdipBitmapSetPixel(GpBitmap* bitmap, int x, int y, ARGB color);
+GpStatus GdipDrawImageI(GpGraphics* graphics, GpImage* image, int x, int y);
 GpStatus GdipDrawImageRectRectI(GpGraphics* graphics, GpImage* image, int dstX, int dstY, int dstWidth,
                                 int dstHeight, int srcX, int srcY, int srcWidth, int srcHeight, int srcUnit,
                                 const GpImageAttributes* attributes, void* callback, void* callbackData);
