@@ -46,7 +46,7 @@ Ref<cls_DrawImage> enlarged(const Ref<cls_DrawImage>& from, const Part& part, in
 
 std::string hex(int32_t pixel) {
   char text[16];
-  std::snprintf(text, sizeof text, "&H%08X", static_cast<uint32_t>(pixel));
+  std::snprintf(text, sizeof text, "0x%08X", static_cast<uint32_t>(pixel));
   return text;
 }
 
