@@ -243,7 +243,15 @@ bool cls_DrawImage::SAVE(Call, const std::u16string& pFile, const std::u16string
   // Only the JPEG encoder reads a quality; the others ignore the parameter.
   int32_t quality = std::clamp(pQuality, 0, 100);
   gp::EncoderParameters params{1, {{gp::EncoderQuality, 1, gp::EncoderParameterValueTypeLong, &quality}}};
-  if (!gp::Succeeded(gp::GdipSaveImageToFile(copy.get(), pFile.c_str(), &encoder, &params))) return false;
+  // A new file is made here first, with the mode the umask gives: the GIF encoder would make it
+  // readable by its owner only.
+  const std::string path = toUtf8(pFile);
+  const int made = ::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+  if (made >= 0) ::close(made);
+  if (!gp::Succeeded(gp::GdipSaveImageToFile(copy.get(), pFile.c_str(), &encoder, &params))) {
+    if (made >= 0) ::unlink(path.c_str());
+    return false;
+  }
   fileName_ = pFile;
   return true;
 }

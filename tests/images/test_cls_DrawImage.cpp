@@ -105,6 +105,9 @@ TEST_F(ImageFiles, EveryFormatRoundTrips) {
   for (auto [type, name, tolerance] : {std::tuple{u"image/png", "a.png", 0}, {u"IMAGE/BMP", "a.bmp", 0},
                                        {u"image/tiff", "a.tif", 0}, {u"image/gif", "a.gif", 8}}) {
     ASSERT_TRUE(original->SAVE(file(name), type, 95)) << name;
+    // A new file gets the mode the umask gives, whichever encoder wrote it.
+    EXPECT_EQ(std::filesystem::status(dir_ / name).permissions(), std::filesystem::status(dir_ / "a.png").permissions())
+        << name;
     EXPECT_EQ(original->FILENAME(), file(name));
     auto back = factory()->LOAD(file(name));
     EXPECT_EQ(back->FILENAME(), file(name));
