@@ -26,14 +26,6 @@ void fontFor(cls_DrawFont& font, int64_t hdc) { font.FROMHDC(hdc, u"Arial", 10, 
 
 }  // namespace
 
-cls_DrawGraphics::PlatformUser::~PlatformUser() {
-  try {
-    rootDeinit();
-  } catch (...) {
-    // A destructor raises nothing; DEINIT has reported through its own trap.
-  }
-}
-
 cls_DrawGraphics::cls_DrawGraphics() {
   trap("Class_Initialize", [&] {
     color1_ = make<cls_DrawColor>();

@@ -42,15 +42,6 @@ class cls_DrawGraphics final : public ObjectOf<cls_DrawGraphics> {
   void followImageSize();
 
  private:
-  // Counts the surface as a platform user for exactly its lifetime, also when construction fails
-  // halfway. Declared first, so that it goes last.
-  struct PlatformUser {
-    PlatformUser() { rootInit(); }
-    ~PlatformUser();
-    PlatformUser(const PlatformUser&) = delete;
-    PlatformUser& operator=(const PlatformUser&) = delete;
-  };
-
   // Whether a target is bound: a device object, or else a non-zero device context.
   bool hConnected() const noexcept { return device_ || hdc_ != 0; }
   // Every change of the device passes here, so that an image never points to a surface that left it.
