@@ -48,7 +48,9 @@ class cls_DrawGraphics final : public ObjectOf<cls_DrawGraphics> {
   void hBind(Ref<Object> device);
   void hLeaveImage() noexcept;
   // Whether the open graphics was made on a device context whose registration has ended since.
-  bool hDCWithdrawn() const noexcept { return graphics_ && lockedDC_ != 0 && mdl_GDIPlus::HDCStamp(lockedDC_) != lockedDCStamp_; }
+  bool hDCWithdrawn() const noexcept {
+    return graphics_ && lockedDC_ != 0 && mdl_GDIPlus::HDCStamp(lockedDC_) != lockedDCStamp_;
+  }
 
   PlatformUser user_;
   Ref<cls_DrawColor> color1_, color2_;
