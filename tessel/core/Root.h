@@ -47,4 +47,19 @@ inline void rootDeinit() {
 }
 inline bool rootReady() { return RootReady && RootReady(); }
 
+// Counts its owner as a platform user for exactly the owner's lifetime, also when the owner's
+// construction fails halfway: declared as the owner's first member, it goes last.
+struct PlatformUser {
+  PlatformUser() { rootInit(); }
+  ~PlatformUser() {
+    try {
+      rootDeinit();
+    } catch (...) {
+      // A destructor raises nothing; DEINIT has reported through its own trap.
+    }
+  }
+  PlatformUser(const PlatformUser&) = delete;
+  PlatformUser& operator=(const PlatformUser&) = delete;
+};
+
 }  // namespace tessel

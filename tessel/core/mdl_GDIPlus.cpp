@@ -4,7 +4,7 @@
 #include <tessel/core/mdl_Err.h>
 #include <tessel/core/mdl_Global.h>
 
-#include <unordered_set>
+#include <unordered_map>
 #include <vector>
 
 namespace tessel::mdl_GDIPlus {
@@ -23,12 +23,15 @@ namespace {
 // process ends.
 struct DeviceContexts {
   std::mutex lock;
-  std::unordered_set<const GpGraphics*> live;
+  std::unordered_map<const GpGraphics*, uint64_t> live;  // each with the stamp of its registration
+  uint64_t lastStamp = 0;
 };
 DeviceContexts& deviceContexts() {
   static auto* d = new DeviceContexts;
   return *d;
 }
+
+const GpGraphics* asDC(int64_t hdc) noexcept { return reinterpret_cast<const GpGraphics*>(static_cast<intptr_t>(hdc)); }
 
 }  // namespace
 
@@ -36,7 +39,7 @@ void RegisterHDC(GpGraphics* dc) {
   if (!dc) return;
   auto& d = deviceContexts();
   std::lock_guard hold(d.lock);
-  d.live.insert(dc);
+  d.live[dc] = ++d.lastStamp;
 }
 
 void UnregisterHDC(GpGraphics* dc) noexcept {
@@ -45,12 +48,18 @@ void UnregisterHDC(GpGraphics* dc) noexcept {
   d.live.erase(dc);
 }
 
-GpStatus CreateFromHDC(int64_t hdc, GpGraphics** graphics) {
-  auto* dc = reinterpret_cast<GpGraphics*>(static_cast<intptr_t>(hdc));
+uint64_t HDCStamp(int64_t hdc) noexcept {
   auto& d = deviceContexts();
   std::lock_guard hold(d.lock);
-  if (!d.live.count(dc)) return GpStatus::InvalidParameter;
-  return GdipCreateFromHDC(dc, graphics);
+  auto it = d.live.find(asDC(hdc));
+  return it == d.live.end() ? 0 : it->second;
+}
+
+GpStatus CreateFromHDC(int64_t hdc, GpGraphics** graphics) {
+  auto& d = deviceContexts();
+  std::lock_guard hold(d.lock);
+  if (!d.live.count(asDC(hdc))) return GpStatus::InvalidParameter;
+  return GdipCreateFromHDC(const_cast<GpGraphics*>(asDC(hdc)), graphics);
 }
 
 std::vector<std::pair<const char*, long>> LiveHandles() {

@@ -337,6 +337,11 @@ int32_t LogPixelsY(HDC hdc) noexcept;
 void RegisterHDC(GpGraphics* dc);
 void UnregisterHDC(GpGraphics* dc) noexcept;
 GpStatus CreateFromHDC(int64_t hdc, GpGraphics** graphics);
+// The registration a device context is live under: a number that every RegisterHDC draws anew
+// and that never comes back; 0 while the value is not registered. A graphics made on a device
+// context belongs to that registration: once it changed, the bitmap under the graphics may be
+// gone, even when a new device context took the old one's address.
+uint64_t HDCStamp(int64_t hdc) noexcept;
 
 // The class id of the image encoder for a MIME type ("image/png"), compared without regard to
 // case. False when libgdiplus has no such encoder.

@@ -26,14 +26,6 @@ void fontFor(cls_DrawFont& font, int64_t hdc) { font.FROMHDC(hdc, u"Arial", 10, 
 
 }  // namespace
 
-cls_DrawGraphics::PlatformUser::~PlatformUser() {
-  try {
-    rootDeinit();
-  } catch (...) {
-    // A destructor raises nothing; DEINIT has reported through its own trap.
-  }
-}
-
 cls_DrawGraphics::cls_DrawGraphics() {
   trap("Class_Initialize", [&] {
     color1_ = make<cls_DrawColor>();
@@ -102,11 +94,18 @@ void cls_DrawGraphics::LOCKIT(Call) {
     lockedStamp_ = made ? image->bitmapStamp() : 0;
     return;
   }
+  // A host that made a new backing bitmap (a resize) has withdrawn the device context the surface
+  // holds: take the one it has now. One that stays live is kept, even when the host hands out
+  // another (CONNECT's order, intended).
+  if (device_ && gp::HDCStamp(hdc_) == 0) hdc_ = readHandle(device_.get(), "hDC");
   // A graphics made on an image or for another device context is not this target's.
-  if (lockedImage_ || (lockedDC_ != 0 && lockedDC_ != hdc_)) RELEASE();
+  if (lockedImage_ || (lockedDC_ != 0 && lockedDC_ != hdc_) || hDCWithdrawn()) RELEASE();
   lockedDC_ = hdc_;
   if (graphics_) return;
-  if (gp::Succeeded(gp::CreateFromHDC(hdc_, &made))) graphics_.reset(made);
+  if (gp::Succeeded(gp::CreateFromHDC(hdc_, &made))) {
+    graphics_.reset(made);
+    lockedDCStamp_ = gp::HDCStamp(hdc_);
+  }
 }
 
 bool cls_DrawGraphics::READY(Call) {
@@ -115,6 +114,8 @@ bool cls_DrawGraphics::READY(Call) {
   // memory. Bound to the image, LOCKIT replaces it anyway; after DISCONNECT, which does not
   // release, this closes it.
   if (lockedImage_ && lockedImage_->bitmapStamp() != lockedStamp_) RELEASE();
+  // The same for a device context that its owner has withdrawn since, with the bitmap under it.
+  if (hDCWithdrawn()) RELEASE();
   LOCKIT();
   return static_cast<bool>(graphics_);
 }

@@ -42,20 +42,15 @@ class cls_DrawGraphics final : public ObjectOf<cls_DrawGraphics> {
   void followImageSize();
 
  private:
-  // Counts the surface as a platform user for exactly its lifetime, also when construction fails
-  // halfway. Declared first, so that it goes last.
-  struct PlatformUser {
-    PlatformUser() { rootInit(); }
-    ~PlatformUser();
-    PlatformUser(const PlatformUser&) = delete;
-    PlatformUser& operator=(const PlatformUser&) = delete;
-  };
-
   // Whether a target is bound: a device object, or else a non-zero device context.
   bool hConnected() const noexcept { return device_ || hdc_ != 0; }
   // Every change of the device passes here, so that an image never points to a surface that left it.
   void hBind(Ref<Object> device);
   void hLeaveImage() noexcept;
+  // Whether the open graphics was made on a device context whose registration has ended since.
+  bool hDCWithdrawn() const noexcept {
+    return graphics_ && lockedDC_ != 0 && mdl_GDIPlus::HDCStamp(lockedDC_) != lockedDCStamp_;
+  }
 
   PlatformUser user_;
   Ref<cls_DrawColor> color1_, color2_;
@@ -68,6 +63,7 @@ class cls_DrawGraphics final : public ObjectOf<cls_DrawGraphics> {
   int64_t hwnd_ = 0;
   int64_t hdc_ = 0;
   int64_t lockedDC_ = 0;  // the device context the open graphics was made for; 0 when none
+  uint64_t lockedDCStamp_ = 0;  // and the registration it was made under
   // The image the open graphics draws on, kept alive while it is open, and the stamp of the
   // bitmap it was made on.
   Ref<cls_DrawImage> lockedImage_;

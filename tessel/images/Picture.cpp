@@ -9,6 +9,23 @@ int32_t Picture::Width(Get) const { return width_; }
 int32_t Picture::Height(Get) const { return height_; }
 int16_t Picture::Type(Get) const { return bitmap_ ? kPictureBitmap : kPictureNone; }
 
+Ref<Picture> Picture::copyOf(mdl_GDIPlus::GpBitmap* bitmap) {
+  namespace gp = mdl_GDIPlus;
+  if (!bitmap) return make<Picture>();
+  uint32_t width = 0, height = 0;
+  gp::GpBitmap* copy = nullptr;
+  // libgdiplus keeps the source's format whatever the argument says.
+  if (!gp::Succeeded(gp::GdipGetImageWidth(bitmap, &width)) || !gp::Succeeded(gp::GdipGetImageHeight(bitmap, &height)) ||
+      !gp::Succeeded(gp::GdipCloneBitmapAreaI(0, 0, static_cast<int>(width), static_cast<int>(height),
+                                              gp::PixelFormat32bppPARGB, bitmap, &copy)))
+    raise(rt::OutOfMemory);
+  auto picture = make<Picture>();
+  picture->bitmap_.reset(copy);
+  picture->width_ = static_cast<int32_t>(width);
+  picture->height_ = static_cast<int32_t>(height);
+  return picture;
+}
+
 std::string Picture::toPng() try {
   return bitmap_ ? cls_DrawImage::fromBitmap(bitmap())->toPng() : std::string();
 } catch (...) {

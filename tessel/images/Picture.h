@@ -33,6 +33,10 @@ class Picture final : public ObjectOf<Picture> {
   // The bitmap it owns; null for an empty picture.
   mdl_GDIPlus::GpBitmap* bitmap() const noexcept { return static_cast<mdl_GDIPlus::GpBitmap*>(bitmap_.get()); }
 
+  // A new picture holding a copy of `bitmap` (its pixels as they are); an empty picture for null.
+  // Raises 7 when the platform cannot copy it. The caller keeps `bitmap`.
+  static Ref<Picture> copyOf(mdl_GDIPlus::GpBitmap* bitmap);
+
   // A picture shows itself as an image does.
   std::string toPng() override;
 

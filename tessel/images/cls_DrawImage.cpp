@@ -299,16 +299,7 @@ void cls_DrawImage::PIXEL(Let, int32_t pX, int32_t pY, int32_t RHS) {
   gp::Check(gp::GdipBitmapSetPixel(bitmap(), pX, pY, static_cast<gp::ARGB>(RHS)));
 }
 
-Ref<Picture> cls_DrawImage::PICTURE(Get) const {
-  if (native_.empty()) return make<Picture>();
-  gp::GpBitmap* copy = nullptr;
-  if (!gp::Succeeded(gp::GdipCloneBitmapAreaI(0, 0, side(false), side(true), gp::PixelFormat32bppPARGB, bitmap(), &copy)))
-    raise(rt::OutOfMemory);
-  gp::ImageHandle owned(copy);
-  Ref<Picture> picture = gp::HandleToPicture(reinterpret_cast<intptr_t>(copy), Picture::kPictureBitmap);
-  (void)owned.release();  // the picture has it now
-  return picture;
-}
+Ref<Picture> cls_DrawImage::PICTURE(Get) const { return Picture::copyOf(bitmap()); }
 
 Ref<cls_DrawImage> cls_DrawImage::CLONE(Call) const {
   auto copy = make<cls_DrawImage>();

@@ -125,6 +125,17 @@ TEST_F(Surfaces, DeviceContextsOpenOnceAndAgainAfterAChange) {
   EXPECT_EQ(second.peek(5, 5), 0xFF0000FFu);
   EXPECT_EQ(first.peek(5, 5), 0xFF00FF00u);
 
+  // A device context that its owner withdrew takes the graphics made on it along: the bitmap
+  // under it may be gone.
+  {
+    DeviceContext gone(4, 4);
+    g->CONNECTDC(0, gone.hdc());
+    ASSERT_TRUE(g->READY());
+  }
+  EXPECT_EQ(gp::GraphicsHandle::live(), graphics_ + 3);
+  EXPECT_FALSE(g->READY());
+  EXPECT_EQ(gp::GraphicsHandle::live(), graphics_ + 2);
+
   // A value that is no registered device context never reaches the platform.
   for (int64_t bogus : {int64_t(0), int64_t(1), int64_t(-1), reinterpret_cast<intptr_t>(open)}) {
     g->CONNECTDC(0, bogus);

@@ -4,12 +4,13 @@
 // classes may not all have yet: properties with one and two parameters, a ByRef event, an event
 // with arguments, ByRef parameters, any error number through the error trap, a member named
 // like the host's own `connect`, parameters named like the raw call's own (obj, name, kind), a
-// DELETE that releases what the object owns (no class of the library has one yet), and
-// one-line descriptions.
+// DELETE that releases what the object owns (no class of the library has one yet),
+// one-line descriptions, and input delivered to a picture box, which only C++ can do off screen.
 #include <pybind11/pybind11.h>
 
 #include <tessel/core/TypeLib.h>
 #include <tessel/core/mdl_Err.h>
+#include <tessel/host/PictureBox.h>
 
 #include <map>
 #include <string>
@@ -80,6 +81,16 @@ class cls_PyProbe final : public ObjectOf<cls_PyProbe> {
     });
   }
   bool RELEASED() const { return released_; }
+  // Delivers a key going down to a picture box, as its view does; the key code the handlers left.
+  int16_t KEYDOWN(const Variant& pBox, int16_t pKeyCode) {
+    return trap("KEYDOWN", [&] {
+      auto* box = dynamic_cast<PictureBox*>(pBox.obj());
+      if (!box) raise(rt::TypeMismatch);
+      int16_t shift = 0;
+      box->deliver(&PictureBox::KeyDown, pKeyCode, shift);
+      return pKeyCode;
+    });
+  }
 
   Event<int16_t&> KEY;
   Event<std::u16string, Variant> CHANGED;
@@ -117,6 +128,7 @@ const ClassInfo& cls_PyProbe::typeInfo() {
       .method("CONNECT", &C::CONNECT, {"pConnect"})
       .method("DELETE", &C::DELETE)
       .get("RELEASED", &C::RELEASED)
+      .method("KEYDOWN", &C::KEYDOWN, {"pBox", "pKeyCode"})
       .event("KEY", &C::KEY, {"KeyAscii"})
       .event("CHANGED", &C::CHANGED, {"pKey", "pValue"})
       .defaultMember("ITEM")
