@@ -77,6 +77,20 @@ auto Trap(const ProcInfo& where, F&& body) -> std::invoke_result_t<F&> {
   }
 }
 
+// A statement whose errors are ignored: a run-time error ends the statement and nothing else,
+// without the handler, a dialog or a report. Answers whether the statement ran through.
+template <class F>
+bool Ignoring(F&& body) {
+  try {
+    body();
+    return true;
+  } catch (const Terminated&) {
+    throw;
+  } catch (const Error&) {
+    return false;
+  }
+}
+
 // A procedure of several steps, for behaviour that continues statement by statement.
 class Procedure {
  public:

@@ -2,7 +2,7 @@
 // headers; the declarations follow its ABI, which differs from the Windows one in places:
 // WCHAR is UTF-16 (char16_t), the start-up token is 32 bits wide, BOOL is int.
 //
-// Only core/ and the resource wrappers call these functions, every status passes through
+// Only the toolkit's wrappers of native objects call these functions, every status passes through
 // Execute, and nothing but a Handle (Handle.h) calls a function that frees a native object.
 #pragma once
 
@@ -105,6 +105,7 @@ struct GpRect {  // integer rectangle: corner and size
 };
 struct GpRectF {
   REAL X, Y, Width, Height;
+  bool operator==(const GpRectF&) const = default;
 };
 struct GpPointF {
   REAL X, Y;
@@ -272,6 +273,55 @@ GpStatus GdipAddPathPolygon(GpPath* path, const GpPointF* points, int count);
 GpStatus GdipIsVisiblePathPoint(GpPath* path, REAL x, REAL y, GpGraphics* graphics, int* result);
 GpStatus GdipFillPath(GpGraphics* graphics, GpBrush* brush, GpPath* path);
 GpStatus GdipDrawPath(GpGraphics* graphics, GpPen* pen, GpPath* path);
+
+// Shapes on a graphics. Integer coordinates are whole units of the page; angles in degrees,
+// clockwise from the x-axis.
+GpStatus GdipDrawEllipseI(GpGraphics* graphics, GpPen* pen, int x, int y, int width, int height);
+GpStatus GdipFillPieI(GpGraphics* graphics, GpBrush* brush, int x, int y, int width, int height, REAL startAngle,
+                      REAL sweepAngle);
+GpStatus GdipDrawPieI(GpGraphics* graphics, GpPen* pen, int x, int y, int width, int height, REAL startAngle,
+                      REAL sweepAngle);
+GpStatus GdipFillRectangleI(GpGraphics* graphics, GpBrush* brush, int x, int y, int width, int height);
+GpStatus GdipDrawRectangleI(GpGraphics* graphics, GpPen* pen, int x, int y, int width, int height);
+GpStatus GdipDrawImageRectRect(GpGraphics* graphics, GpImage* image, REAL dstX, REAL dstY, REAL dstWidth,
+                               REAL dstHeight, REAL srcX, REAL srcY, REAL srcWidth, REAL srcHeight, int srcUnit,
+                               const GpImageAttributes* attributes, void* callback, void* callbackData);
+
+// Clipping, in world coordinates.
+inline constexpr int CombineModeIntersect = 1;
+GpStatus GdipSetClipPath(GpGraphics* graphics, GpPath* path, int combineMode);
+GpStatus GdipSetClipRect(GpGraphics* graphics, REAL x, REAL y, REAL width, REAL height, int combineMode);
+GpStatus GdipResetClip(GpGraphics* graphics);
+
+// Rendering modes. libgdiplus stores the compositing quality without using it.
+GpStatus GdipGetSmoothingMode(GpGraphics* graphics, int* mode);
+GpStatus GdipSetCompositingQuality(GpGraphics* graphics, int quality);
+GpStatus GdipGetInterpolationMode(GpGraphics* graphics, int* mode);
+
+// The world transform: device = k * W(world), k the page unit's scale (WorldToDevice). New
+// transforms act after the one in force with MatrixOrderAppend, before it with Prepend.
+// GdipTransformPoints is a stub that prints to stdout: not declared.
+inline constexpr int MatrixOrderPrepend = 0;
+inline constexpr int MatrixOrderAppend = 1;
+GpStatus GdipScaleWorldTransform(GpGraphics* graphics, REAL sx, REAL sy, int order);
+GpStatus GdipTranslateWorldTransform(GpGraphics* graphics, REAL dx, REAL dy, int order);
+GpStatus GdipRotateWorldTransform(GpGraphics* graphics, REAL angle, int order);
+GpStatus GdipMultiplyWorldTransform(GpGraphics* graphics, GpMatrix* matrix, int order);
+GpStatus GdipResetWorldTransform(GpGraphics* graphics);
+GpStatus GdipGetWorldTransform(GpGraphics* graphics, GpMatrix* matrix);
+GpStatus GdipSetWorldTransform(GpGraphics* graphics, GpMatrix* matrix);
+GpStatus GdipGetDpiX(GpGraphics* graphics, REAL* dpi);
+GpStatus GdipCreateMatrix(GpMatrix** matrix);
+// The affine map x' = m11 x + m21 y + dx, y' = m12 x + m22 y + dy.
+GpStatus GdipCreateMatrix2(REAL m11, REAL m12, REAL m21, REAL m22, REAL dx, REAL dy, GpMatrix** matrix);
+GpStatus GdipGetMatrixElements(GpMatrix* matrix, REAL* elements);  // m11, m12, m21, m22, dx, dy
+
+// Text. Text calls hold TextLock. Both ignore the page unit; boxes are in world units.
+GpStatus GdipDrawString(GpGraphics* graphics, const char16_t* string, int length, const GpFont* font,
+                        const GpRectF* layoutRect, const GpStringFormat* format, const GpBrush* brush);
+GpStatus GdipMeasureString(GpGraphics* graphics, const char16_t* string, int length, const GpFont* font,
+                           const GpRectF* layoutRect, const GpStringFormat* format, GpRectF* boundingBox,
+                           int* codepointsFitted, int* linesFilled);
 // ---------------------------------------------------------------------------------------------
 
 // Freeing, with GdipDisposeImage and GdipDeleteGraphics above. Called only by the handles below.

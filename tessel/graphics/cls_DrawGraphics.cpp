@@ -53,6 +53,7 @@ void cls_DrawGraphics::hLeaveImage() noexcept {
 void cls_DrawGraphics::hBind(Ref<Object> device) {
   if (device != device_) hLeaveImage();
   device_ = std::move(device);
+  measured_.clear();
 }
 
 // Whole pixels, rounded half to even (an image's size is whole already).

@@ -22,10 +22,23 @@
 #include <tessel/graphics/cls_DrawGraphics.members.h>
 
 #include <cstdint>
+#include <string>
+#include <unordered_map>
 
 namespace tessel {
 
 class cls_DrawImage;
+
+// An affine map x' = m11 x + m21 y + dx, y' = m12 x + m22 y + dy, as the platform's matrices
+// hold it; the identity when made empty.
+struct Affine {
+  struct Point {
+    double x, y;
+  };
+  double m11 = 1, m12 = 0, m21 = 0, m22 = 1, dx = 0, dy = 0;
+  Point map(Point p) const;
+  Affine inverse() const;  // the identity for a map that collapses the plane
+};
 
 class cls_DrawGraphics final : public ObjectOf<cls_DrawGraphics> {
   TESSEL_MEMBERS(cls_DrawGraphics)
@@ -37,11 +50,35 @@ class cls_DrawGraphics final : public ObjectOf<cls_DrawGraphics> {
   // The native graphics for drawing code, valid after READY answered True; null while closed.
   mdl_GDIPlus::GpGraphics* graphics() const noexcept { return graphics_.get(); }
 
+  // How the open graphics maps world coordinates to device pixels: its world transform and the
+  // page unit's scale; the identity while closed.
+  Affine worldToDevice() const;
+
   // Takes the size of the bound image again, after the image was given a new bitmap (CREATE,
   // LOAD); does nothing unless an image is bound.
   void followImageSize();
 
  private:
+  // READY for the property reads, which open the native graphics as drawing does.
+  bool hReady() const { return const_cast<cls_DrawGraphics*>(this)->READY(); }
+  // An omitted pen or brush is the surface's default.
+  Variant hPenOrDefault(const Variant& pPen) const;
+  Variant hBrushOrDefault(const Variant& pBrush) const;
+  // A loose path argument, handed to a new path's default member.
+  static Ref<Object> hPathArg(const Variant& pPath);
+
+  // TEXT and TEXTDIRECT, with the text as the platform gets it: `length` UTF-16 units.
+  void hText(const std::u16string& text, int length, const Variant& pRect, const Variant& pFont,
+             const Variant& pBrush, const Variant& pPen, const Variant& pTextFormat, double pAngle,
+             bool pPenBehindBrush);
+  // Draws the part `source` of the image (its pixels) onto the parallelogram whose top left,
+  // top right and bottom left corners `to` gives, in world coordinates.
+  void hImage(const Variant& pImage, const mdl_GDIPlus::GpRectF* source, const Affine::Point (&to)[3],
+              const Variant& pImageAttributes);
+  void hFit(const Variant& pImage, const Variant& pRect, const mdl_GDIPlus::GpRectF& part, bool pKeepAspectRatio,
+            enm_TextAlign pAlign, const Variant& pImageAttributes);
+  static Ref<Object> hProjected(const Variant& pPointOrRect, const Affine& map);
+
   // Whether a target is bound: a device object, or else a non-zero device context.
   bool hConnected() const noexcept { return device_ || hdc_ != 0; }
   // Every change of the device passes here, so that an image never points to a surface that left it.
@@ -68,6 +105,19 @@ class cls_DrawGraphics final : public ObjectOf<cls_DrawGraphics> {
   // bitmap it was made on.
   Ref<cls_DrawImage> lockedImage_;
   uint64_t lockedStamp_ = 0;
+  // TEXTMEASURE's answers, forgotten when a new target is bound and when too many pile up.
+  struct MeasureKey {
+    std::u16string text;
+    uint64_t font, format;
+    enm_TextAlign align;
+    mdl_GDIPlus::GpRectF layout;
+    bool operator==(const MeasureKey& o) const;
+  };
+  struct MeasureKeyHash {
+    size_t operator()(const MeasureKey& k) const noexcept;
+  };
+  static constexpr size_t kMeasuredKept = 512;
+  std::unordered_map<MeasureKey, mdl_GDIPlus::GpRectF, MeasureKeyHash> measured_;
   // Last: an open graphics goes before the image it draws on.
   mdl_GDIPlus::GraphicsHandle graphics_;
 };

@@ -16,6 +16,8 @@ class cls_DrawFont final : public ObjectOf<cls_DrawFont> {
 
  public:
   ~cls_DrawFont() override;
+  // Changes with every new native font (NativeResource.h): what a cache of measurements keys on.
+  uint64_t nativeStamp() const noexcept { return native_.stamp(); }
 
  private:
   // Every change of the native font goes through these two, so that the family copy that

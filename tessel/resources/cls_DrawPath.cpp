@@ -227,11 +227,14 @@ Ref<cls_DrawPath> cls_DrawPath::TEXT(Call, const std::u16string& pText, const Va
   const auto* family = reinterpret_cast<gp::GpFontFamily*>(static_cast<intptr_t>(font->FAMILY()));
   const auto* layout = format ? reinterpret_cast<gp::GpStringFormat*>(static_cast<intptr_t>(format->HANDLE())) : nullptr;
   if (pText.empty()) return hSelf();
-  std::lock_guard lock(gp::TextLock());
-  hAdd([&](gp::GpPath* path) {
-    return gp::GdipAddPathString(path, pText.c_str(), static_cast<int>(pText.size()), family, style, size, &r, layout);
-  });
+  addString(pText.c_str(), static_cast<int>(pText.size()), family, style, size, r, layout);
   return hSelf();
+}
+
+void cls_DrawPath::addString(const char16_t* text, int length, const gp::GpFontFamily* family, int style, float emSize,
+                             const gp::GpRectF& layout, const gp::GpStringFormat* format) {
+  std::lock_guard lock(gp::TextLock());
+  hAdd([&](gp::GpPath* path) { return gp::GdipAddPathString(path, text, length, family, style, emSize, &layout, format); });
 }
 
 Ref<cls_DrawRect> cls_DrawPath::BOUNDS(Call) const {

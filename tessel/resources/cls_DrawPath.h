@@ -13,6 +13,14 @@ namespace tessel {
 class cls_DrawPath final : public ObjectOf<cls_DrawPath> {
   TESSEL_MEMBERS(cls_DrawPath)
 
+ public:
+  // The outlines of `length` UTF-16 units of text as figures of their own, laid out as TEXT lays
+  // them out; a failure adds nothing and is error 5. Holds the text lock.
+  void addString(const char16_t* text, int length, const mdl_GDIPlus::GpFontFamily* family, int style, float emSize,
+                 const mdl_GDIPlus::GpRectF& layout, const mdl_GDIPlus::GpStringFormat* format);
+
+ private:
+
   // Makes the native path if there is none and runs `add` (the native path in, a status out) on
   // it. A failing status is a fault of the call (5). A native path made for an addition that
   // failed or added no point is freed again: an empty path holds none.

@@ -13,6 +13,11 @@ namespace tessel {
 class cls_DrawTextFormat final : public ObjectOf<cls_DrawTextFormat> {
   TESSEL_MEMBERS(cls_DrawTextFormat)
 
+ public:
+  // Changes with every new native format; ALIGN changes the format in place and keeps it.
+  uint64_t nativeStamp() const noexcept { return native_.stamp(); }
+
+ private:
   NativeResource<mdl_GDIPlus::StringFormatHandle> native_;
   enm_TextAlign align_ = enm_TextAlign::ID_TextAlign_LeftMiddle;
 };

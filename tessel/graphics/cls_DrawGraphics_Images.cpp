@@ -1,0 +1,132 @@
+// The surface's image drawing (cls_DrawGraphics.members): at the image's own size, fitted into
+// a rectangle, a part stretched, or warped onto a parallelogram.
+//
+// Every operation comes down to one: a part of the image onto a parallelogram in world
+// coordinates. An upright one is drawn as a rectangle; any other through a world transform of
+// its own, put before the projection and taken away again, since libgdiplus draws images onto
+// points without the projection. The projection therefore applies to all of them alike.
+// Images are drawn through the platform's bilinear filter whatever `interpolation` says
+// (libgdiplus does not read the mode for images).
+#include <tessel/graphics/cls_DrawGraphics.h>
+
+#include <tessel/geometry/cls_DrawToolPoint.h>
+#include <tessel/graphics/SurfaceArgs.h>
+#include <tessel/images/cls_DrawImage.h>
+
+#include <algorithm>
+
+namespace tessel {
+
+namespace gp = mdl_GDIPlus;
+using namespace surface;
+
+namespace {
+
+gp::GpRectF wholeImage(gp::GpImage* image) {
+  uint32_t w = 0, h = 0;
+  gp::GdipGetImageWidth(image, &w);
+  gp::GdipGetImageHeight(image, &h);
+  return {0, 0, static_cast<float>(w), static_cast<float>(h)};
+}
+
+// The corners of an upright rectangle, as hImage takes them.
+struct Corners {
+  Affine::Point at[3];
+};
+Corners cornersOf(float x, float y, float w, float h) { return {{{x, y}, {x + w, y}, {x, y + h}}}; }
+
+}  // namespace
+
+void cls_DrawGraphics::hImage(const Variant& pImage, const gp::GpRectF* source, const Affine::Point (&to)[3],
+                              const Variant& pImageAttributes) {
+  const Ref<Object> image = imageArg(pImage);
+  const Ref<Object> attributes = attributesArg(pImageAttributes);
+  gp::GpImage* native = imageOf(image.get());
+  gp::GpImageAttributes* nativeAttributes = attributesOf(attributes.get());
+  if (!READY() || !native) return;
+  const gp::GpRectF part = source ? *source : wholeImage(native);
+  if (part.Width <= 0 || part.Height <= 0) return;
+
+  gp::GpGraphics* g = graphics_.get();
+  const Affine::Point &a = to[0], &b = to[1], &c = to[2];
+  if (a.y == b.y && a.x == c.x) {
+    gp::Check(gp::GdipDrawImageRectRect(g, native, static_cast<float>(a.x), static_cast<float>(a.y),
+                                        static_cast<float>(b.x - a.x), static_cast<float>(c.y - a.y), part.X, part.Y,
+                                        part.Width, part.Height, gp::UnitPixel, nativeAttributes, nullptr, nullptr));
+    return;
+  }
+  // The part's pixels (0, 0)-(w, h) onto the parallelogram, before the projection.
+  gp::GpMatrix* made = nullptr;
+  gp::Check(gp::GdipCreateMatrix(&made));
+  gp::MatrixHandle saved(made);
+  gp::Check(gp::GdipGetWorldTransform(g, saved.get()));
+  const double w = part.Width, h = part.Height;
+  gp::Check(gp::GdipCreateMatrix2(static_cast<float>((b.x - a.x) / w), static_cast<float>((b.y - a.y) / w),
+                                  static_cast<float>((c.x - a.x) / h), static_cast<float>((c.y - a.y) / h),
+                                  static_cast<float>(a.x), static_cast<float>(a.y), &made));
+  gp::MatrixHandle warp(made);
+  gp::Check(gp::GdipMultiplyWorldTransform(g, warp.get(), gp::MatrixOrderPrepend));
+  const gp::GpStatus drawn = gp::GdipDrawImageRectRect(g, native, 0, 0, part.Width, part.Height, part.X, part.Y,
+                                                       part.Width, part.Height, gp::UnitPixel, nativeAttributes,
+                                                       nullptr, nullptr);
+  gp::GdipSetWorldTransform(g, saved.get());
+  gp::Check(drawn);
+}
+
+void cls_DrawGraphics::Image(Call, const Variant& pImage, float pX, float pY, const Variant& pImageAttributes) {
+  // The size is the image's, known only once it is made: hImage measures the whole image when
+  // no part is given, so the corners are placed after the conversion.
+  const Ref<Object> image = imageArg(pImage);
+  gp::GpImage* native = imageOf(image.get());
+  const gp::GpRectF whole = native ? wholeImage(native) : gp::GpRectF{};
+  hImage(Variant(image), &whole, cornersOf(pX, pY, whole.Width, whole.Height).at, pImageAttributes);
+}
+
+void cls_DrawGraphics::IMAGEADV(Call, const Variant& pImage, const Variant& pDestRect, const Variant& pSourceRect,
+                                const Variant& pImageAttributes) {
+  const Box to = boxOf(rectArg(pDestRect).get());
+  const gp::GpRectF part = boxOf(rectArg(pSourceRect).get()).rectF();
+  hImage(pImage, &part, cornersOf(to.x, to.y, to.w, to.h).at, pImageAttributes);
+}
+
+void cls_DrawGraphics::IMAGEFIT(Call, const Variant& pImage, const Variant& pRect, bool pKeepAspectRatio,
+                                enm_TextAlign pAlign, const Variant& pImageAttributes) {
+  const Ref<Object> image = imageArg(pImage);
+  gp::GpImage* native = imageOf(image.get());
+  const gp::GpRectF whole = native ? wholeImage(native) : gp::GpRectF{};
+  hFit(Variant(image), pRect, whole, pKeepAspectRatio, pAlign, pImageAttributes);
+}
+
+void cls_DrawGraphics::IMAGEFITADV(Call, const Variant& pImage, const Variant& pRect, const Variant& pSourceRect,
+                                   bool pKeepAspectRatio, enm_TextAlign pAlign, const Variant& pImageAttributes) {
+  const gp::GpRectF part = boxOf(rectArg(pSourceRect).get()).rectF();
+  hFit(pImage, pRect, part, pKeepAspectRatio, pAlign, pImageAttributes);
+}
+
+// The part as large as fits into the rectangle, keeping its proportions and placed by the
+// alignment (its row and place as a text format reads them), or else filling it.
+void cls_DrawGraphics::hFit(const Variant& pImage, const Variant& pRect, const gp::GpRectF& part,
+                            bool pKeepAspectRatio, enm_TextAlign pAlign, const Variant& pImageAttributes) {
+  Box to = boxOf(rectArg(pRect).get());
+  if (pKeepAspectRatio && part.Width > 0 && part.Height > 0) {
+    const float scale = std::min(to.w / part.Width, to.h / part.Height);
+    const float w = part.Width * scale, h = part.Height * scale;
+    const auto a = static_cast<int32_t>(pAlign);
+    const int place = a >= 0 && a <= 11 ? a % 4 : 1, row = a >= 0 && a <= 11 ? a / 4 : 0;
+    // Place: left (and block), centre, right; row: middle, top, bottom.
+    const float across = place == 1 ? 0.5f : place == 2 ? 1.0f : 0.0f;
+    const float down = row == 0 ? 0.5f : row == 2 ? 1.0f : 0.0f;
+    to = {to.x + (to.w - w) * across, to.y + (to.h - h) * down, w, h};
+  }
+  hImage(pImage, &part, cornersOf(to.x, to.y, to.w, to.h).at, pImageAttributes);
+}
+
+void cls_DrawGraphics::IMAGEWARP(Call, const Variant& pImage, const Variant& pPoint1, const Variant& pPoint2,
+                                 const Variant& pPoint3, const Variant& pImageAttributes) {
+  Affine::Point to[3];
+  const Variant* points[3] = {&pPoint1, &pPoint2, &pPoint3};
+  for (int i = 0; i < 3; ++i) PointCoordinates(*points[i], to[i].x, to[i].y);
+  hImage(pImage, nullptr, to, pImageAttributes);
+}
+
+}  // namespace tessel
