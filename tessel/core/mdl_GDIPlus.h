@@ -296,6 +296,7 @@ GpStatus GdipResetClip(GpGraphics* graphics);
 // Rendering modes. libgdiplus stores the compositing quality without using it.
 GpStatus GdipGetSmoothingMode(GpGraphics* graphics, int* mode);
 GpStatus GdipSetCompositingQuality(GpGraphics* graphics, int quality);
+GpStatus GdipGetCompositingQuality(GpGraphics* graphics, int* quality);
 GpStatus GdipGetInterpolationMode(GpGraphics* graphics, int* mode);
 
 // The world transform: device = k * W(world), k the page unit's scale (WorldToDevice). New

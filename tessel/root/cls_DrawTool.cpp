@@ -35,6 +35,7 @@ void fillSeam() {
   fillSeam<cls_DrawToolFont, &cls_DrawTool::FONT>();
   fillSeam<cls_DrawToolTextFormat, &cls_DrawTool::TEXTFORMAT>();
   fillSeam<cls_DrawResources, &cls_DrawTool::RESOURCES>();
+  fillSeam<cls_DrawToolImageAttributes, &cls_DrawTool::imageAttributes>();
   RootErrorSet = [](const std::u16string& message) { mdl_Global::DRAW()->ERRORSET(message); };
   RootInit = [] { return mdl_Global::DRAW()->INIT(); };
   RootDeinit = [] { mdl_Global::DRAW()->DEINIT(); };

@@ -2,6 +2,7 @@
 // ByRef arguments, and a surface bound to it by name that follows it through a resize.
 #include <tessel/graphics/cls_DrawGraphics.h>
 #include <tessel/host/PictureBox.h>
+#include <tessel/images/cls_DrawImage.h>
 #include <tessel/root/cls_DrawTool.h>
 
 #include <gtest/gtest.h>
@@ -205,6 +206,12 @@ TEST_F(Boxes, ASurfaceBindsByNameAndFollowsAResize) {
   EXPECT_EQ(pixel(box, 59, 49), 0xFF00FF00u);
   EXPECT_EQ(toUtf8(g->RECT()->INFO()), "(0,0)-(59,49)");
 
+  // Its state lasts between calls, unlike on an image: an offset moves every later shape.
+  g->OFFSET(Variant(int32_t(5)));  // (5, 0)
+  g->RECTANGLE(Variant(make<cls_DrawRect>()->MOVE(0, 0, 3, 3)), Variant(u"#FF0000"), Variant(u""));
+  EXPECT_EQ(pixel(box, 6, 1), 0xFFFF0000u);
+  EXPECT_EQ(pixel(box, 4, 1), 0xFF0000FFu);
+
   // DEVICE takes the box as it stands, in its own scale.
   box->ScaleMode(1);
   g->DEVICE(box);
@@ -223,6 +230,14 @@ TEST_F(Boxes, RefreshAsksTheViewAndHandlesStayFlat) {
   box->view(&view);
   box->Refresh();
   EXPECT_EQ(view.repaints, 1);
+  // A surface on the box asks it by name; one on an image has nobody to ask.
+  auto g = make<cls_DrawGraphics>();
+  g->CONNECT(box);
+  g->REFRESH();
+  EXPECT_EQ(view.repaints, 2);
+  g->CONNECT(make<cls_DrawImage>()->CREATE(2, 2));
+  g->REFRESH();
+  EXPECT_EQ(view.repaints, 2);
 
   for (int i = 0; i < 300; ++i) {
     auto b = make<PictureBox>();

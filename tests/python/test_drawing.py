@@ -1,0 +1,80 @@
+"""Drawing on a surface from Python: shapes with loose and object arguments, keyword arguments
+for what is left out, text and its measurement, projection, and an image drawn faded."""
+import pytest
+
+import tessel
+
+D = tessel.DRAW
+
+
+@pytest.fixture
+def box():
+    """A picture box of 80 × 60 pixels with a surface bound to it, cleared white."""
+    D.INIT()
+    b = tessel.PictureBox()
+    b.ScaleMode = 3
+    b.Move(0, 0, 80, 60)
+    b.BackColor = "white"
+    b.Cls()
+    g = tessel.cls_DrawGraphics()
+    g.CONNECT(b)
+    yield b, g
+    g.RELEASE()
+
+
+def argb(b, x, y):
+    return b.PIXEL(x, y) & 0xFFFFFFFF
+
+
+def test_shapes_take_objects_and_loose_colours(box):
+    b, g = box
+    g.RECTANGLE(D.RECT(10, 10, 20, 20), "#FF0000", D.PEN("#0000FF"))
+    assert argb(b, 20, 20) == 0xFFFF0000
+    assert argb(b, 10, 20) == 0xFF0000FF
+    g.ELLIPSE(D.RECT(40, 10, 30, 30), pPen=D.PEN.NONE())  # the default white brush, no outline
+    assert argb(b, 55, 25) == 0xFFFFFFFF
+    g.FILL("#00FF00")
+    assert argb(b, 0, 0) == 0xFF00FF00 and argb(b, 79, 59) == 0xFF00FF00
+
+
+def test_a_failing_argument_raises_under_the_operation(box):
+    _, g = box
+    with pytest.raises(tessel.Error) as raised:
+        g.CLEAR("#FF0000")  # a loose colour is a point, which has no ATOM
+    assert "cls_DrawGraphics.CLEAR" in str(raised.value)
+
+
+def test_text_draws_measures_and_turns(box):
+    b, g = box
+    g.TEXT("Tessel", D.RECT(0, 0, 80, 30), pBrush="#000000")
+    dark = sum(argb(b, x, y) != 0xFFFFFFFF for x in range(80) for y in range(30))
+    assert dark > 20
+    m = g.TEXTMEASURE("Tessel", D.RECT(0, 0, 80, 30))
+    assert 10 < m.W < 80 and 5 < m.H <= 30
+    assert g.TEXT2UNICODE("A") == "A\x00"
+    g.TEXT("Turned", D.RECT(0, 30, 80, 30), pBrush="#000000", pAngle=45)
+    p = g.PROJECT(D.POINT(3, 4))
+    assert (p.X, p.Y) == (3, 4)  # the rotation is undone
+
+
+def test_projection_moves_what_is_drawn(box):
+    b, g = box
+    g.OFFSET(D.POINT(40, 0))
+    g.RECTANGLE(D.RECT(0, 0, 10, 10), "#FF0000", D.PEN.NONE())
+    assert argb(b, 45, 5) == 0xFFFF0000 and argb(b, 5, 5) == 0xFFFFFFFF
+    p = g.PROJECT(D.POINT(45, 5))
+    assert (p.X, p.Y) == (5, 5)
+    g.RESETPROJECTION()
+    g.RENDERWINDOW(D.RECT(0, 0, 10, 10))
+    g.RENDERWINDOW(D.RECT(20, 20, 10, 10))
+    assert g.REDRAWAREA.INFO() == "(0,0)-(29,29)"
+
+
+def test_images_fit_and_fade(box):
+    b, g = box
+    red = D.Image.CREATE(10, 5, "#FF0000")
+    g.IMAGEFIT(red, D.RECT(0, 0, 40, 40))
+    assert argb(b, 20, 20) == 0xFFFF0000 and argb(b, 20, 5) == 0xFFFFFFFF
+    g.Image(red, 50, 50, 0.5)
+    faded = argb(b, 55, 52)
+    assert faded >> 16 & 0xFF == 0xFF and abs((faded >> 8 & 0xFF) - 128) <= 3
