@@ -1,6 +1,5 @@
-// What the showcase's pictures are drawn on until the drawing surface comes: a bitmap in the
-// showcase's paper colour with a graphics on it, drawn on through the flat API with the objects
-// the factories make, and saved as PNG.
+// What the showcase's pictures are drawn on: an off-screen picture box in the showcase's paper
+// colour with a surface bound to it, antialiased, whose picture is saved as PNG.
 #pragma once
 
 #include <tessel/tessel.h>
@@ -14,45 +13,38 @@ namespace gp = tessel::mdl_GDIPlus;
 using tessel::Ref;
 using tessel::Variant;
 
-template <class T>
-T* native(int64_t handle) {
-  return reinterpret_cast<T*>(static_cast<intptr_t>(handle));
-}
-
 inline Variant box(int x, int y, int w, int h) {
   return Variant(tessel::mdl_Global::DRAW()->RECT()->RECT(Variant(x), y, w, h));
 }
 
 class Sheet {
  public:
-  Sheet(int w, int h) {
-    gp::GpBitmap* b = nullptr;
-    gp::GdipCreateBitmapFromScan0(w, h, 0, gp::PixelFormat32bppARGB, nullptr, &b);
-    bitmap_.reset(b);
-    gp::GpGraphics* g = nullptr;
-    if (b) gp::GdipGetImageGraphicsContext(b, &g);
-    graphics_.reset(g);
-    if (g) {
-      gp::GdipSetSmoothingMode(g, gp::SmoothingModeAntiAlias);
-      gp::GdipGraphicsClear(g, 0xFFF4F1EA);
-    }
+  Sheet(int w, int h) : box_(tessel::make<tessel::PictureBox>()), g_(tessel::make<tessel::cls_DrawGraphics>()) {
+    box_->Move(0, 0, Variant(w), Variant(h));
+    box_->BackColor(Variant(u"#F4F1EA"));
+    box_->Cls();
+    g_->CONNECT(box_);
+    g_->SMOOTHING(tessel::enm_Draw_SmoothingMode::ID_Draw_SmoothingAntiAlias);
   }
-  bool ok() const { return graphics_.get() != nullptr; }
+  bool ok() { return g_->READY(); }
+  // The surface the sheet is drawn through; its state (projection, smoothing) lasts.
+  const Ref<tessel::cls_DrawGraphics>& surface() const { return g_; }
+
   void fill(const Ref<tessel::cls_DrawBrush>& brush, float x, float y, float w, float h) {
-    gp::GdipFillRectangle(graphics_.get(), brush->brush(), x, y, w, h);
+    g_->RECTANGLE(rect(x, y, w, h), Variant(brush), noPen());
   }
+  // A path rather than LINES, whose rectangle runs down and to the right only.
   void line(const Ref<tessel::cls_DrawPen>& pen, int x1, int y1, int x2, int y2) {
-    gp::GdipDrawLineI(graphics_.get(), native<gp::GpPen>(pen->HANDLE()), x1, y1, x2, y2);
+    auto segment = tessel::mdl_Global::DRAW()->PATH()->LINE(Variant(x1), Variant(y1), Variant(x2), Variant(y2));
+    path(segment, nullptr, pen);
   }
+  // Filled and outlined; either may be left out (null).
   void path(const Ref<tessel::cls_DrawPath>& path, const Ref<tessel::cls_DrawBrush>& brush,
             const Ref<tessel::cls_DrawPen>& pen) {
-    if (brush) gp::GdipFillPath(graphics_.get(), brush->brush(), native<gp::GpPath>(path->HANDLE()));
-    if (pen) gp::GdipDrawPath(graphics_.get(), native<gp::GpPen>(pen->HANDLE()), native<gp::GpPath>(path->HANDLE()));
+    g_->PATH(Variant(path), pen ? Variant(pen) : noPen(), brush ? Variant(brush) : noBrush());
   }
   // The image at its size in pixels, its top left corner at (x, y).
-  void image(const Ref<tessel::cls_DrawImage>& image, int x, int y) {
-    gp::GdipDrawImageI(graphics_.get(), image->bitmap(), x, y);
-  }
+  void image(const Ref<tessel::cls_DrawImage>& image, int x, int y) { g_->Image(Variant(image), x, y); }
   // A line of text in the showcase's ink, from the top left of the box.
   void label(const std::u16string& text, int x, int y, int w = 500, int h = 20) {
     Ref<tessel::cls_DrawTool> draw = tessel::mdl_Global::DRAW();
@@ -60,15 +52,21 @@ class Sheet {
          draw->COLOR()->AUTO(Variant(u"#16425B"))->BRUSH(), nullptr);
   }
   bool save(const std::string& file) {
-    graphics_.reset();
-    gp::GUID png;
-    return gp::GetEncoderClsid(u"image/png", png) &&
-           gp::Succeeded(gp::GdipSaveImageToFile(bitmap_.get(), tessel::toUtf16(file).c_str(), &png, nullptr));
+    Ref<tessel::cls_DrawImage> picture = tessel::mdl_Global::DRAW()->Image()->AUTO(Variant(box_->Image()));
+    return picture->SAVE(tessel::toUtf16(file));
   }
 
  private:
-  gp::ImageHandle bitmap_;
-  gp::GraphicsHandle graphics_;
+  static Variant rect(float x, float y, float w, float h) {
+    auto r = tessel::make<tessel::cls_DrawRect>();
+    r->MOVE(x, y, w, h);
+    return Variant(r);
+  }
+  static Variant noPen() { return Variant(tessel::mdl_Global::DRAW()->PEN()->NONE()); }
+  static Variant noBrush() { return Variant(tessel::mdl_Global::DRAW()->BRUSH()->NONE()); }
+
+  Ref<tessel::PictureBox> box_;
+  Ref<tessel::cls_DrawGraphics> g_;
 };
 
 }  // namespace showcase

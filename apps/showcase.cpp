@@ -37,6 +37,7 @@ void showGeometry();
 void showPalette();
 bool drawResources(const std::string& file);
 bool drawImages(const std::string& folder);
+bool drawSurface(const std::string& folder);
 
 int main(int argc, char** argv) {
   std::string out = argc > 1 ? argv[1] : "showcase.png";
@@ -68,6 +69,10 @@ int main(int argc, char** argv) {
   }
   if (!drawImages(folder)) {
     std::fprintf(stderr, "could not draw the images picture\n");
+    return 1;
+  }
+  if (!drawSurface(folder)) {
+    std::fprintf(stderr, "could not draw the surface picture\n");
     return 1;
   }
   draw->DEINIT();

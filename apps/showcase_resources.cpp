@@ -1,5 +1,5 @@
-// The showcase's resources picture: brushes, pens and paths made by the factories and drawn with
-// the flat API itself (the drawing surface comes later). Written next to the main picture.
+// The showcase's resources picture: brushes, pens and paths made by the factories and drawn on a
+// sheet's surface. Written next to the main picture.
 #include <tessel/tessel.h>
 
 #include "Sheet.h"
