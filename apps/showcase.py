@@ -3,7 +3,8 @@
 
 Starts the toolkit, reports its state, then walks the geometry and the colours as a script sees
 them (members by name, the factories' default members, events, the Python forms the type library
-gives objects: repr, values, collections, copies), and saves, loads and resizes an image. The
+gives objects: repr, values, collections, copies), saves, loads and resizes an image, and draws a
+small scene through a picture box's surface. The
 report is printed and also written to <out>/showcase-python.txt, the image files next to it.
 
     PYTHONPATH=build/python python3 apps/showcase.py out
@@ -103,6 +104,35 @@ def show_images(say, out):
             f"PIXEL[5, 1] reads {back.PIXEL[5, 1] & 0xFFFFFFFF:08X} (the PNG {image.PIXEL[5, 1] & 0xFFFFFFFF:08X})")
 
 
+def show_surface(say, out):
+    """A small scene drawn through a picture box's surface, whose state lasts between calls."""
+    draw = tessel.DRAW
+    box = tessel.PictureBox()
+    box.ScaleMode = 3
+    box.Move(0, 0, 360, 200)
+    box.BackColor = "#F4F1EA"
+    box.Cls()
+    g = tessel.cls_DrawGraphics()
+    g.CONNECT(box)
+    g.SMOOTHING = tessel.ID_Draw_SmoothingAntiAlias
+    area = draw.RECT(20, 15, 140, 70)
+    g.RECTANGLE(area, draw.BRUSH.GRADIENT(area, "#3A7CA5", "#D9DCD6", 90), "#16425B,2px")
+    g.TEXT("Tessel", draw.RECT(170, 20, 170, 90), draw.FONT("Arial,40,bold"), "#F4A259",
+           draw.PEN("#16425B,3px"))
+    label = g.TEXTMEASURE("Tessel", draw.RECT(170, 20, 170, 90), draw.FONT("Arial,40,bold"))
+    g.OFFSET(draw.POINT(90, 143))  # the origin moves to the middle of the discs
+    for angle in range(0, 360, 60):
+        g.PIE(draw.RECT(-40, -40, 80, 80), angle, 50, "#BC4B51" if angle % 120 else "#2F6690", "none")
+    middle = g.REPROJECT(draw.POINT(0, 0))
+    g.RESETPROJECTION()
+    g.IMAGEWARP(draw.Image.CREATE(40, 40, "#3A7CA5"), draw.POINT(200, 130), draw.POINT(300, 140),
+                draw.POINT(190, 185), 0.6)
+    png = os.path.join(out, "surface-python.png")
+    box.Image.SAVE(png)
+    say(f"surface: TEXTMEASURE of the title {label.W:g} x {label.H:g}; the projected origin lands at "
+        f"({middle.X:g}, {middle.Y:g}); drew {os.path.basename(png)}")
+
+
 def main(argv):
     out = argv[1] if len(argv) > 1 else "."
     lines = []
@@ -116,6 +146,7 @@ def main(argv):
     show_palette(say)
     os.makedirs(out, exist_ok=True)
     show_images(say, out)
+    show_surface(say, out)
     tessel.DRAW.DEINIT()
 
     report = os.path.join(out, "showcase-python.txt")
