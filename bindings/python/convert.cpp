@@ -269,6 +269,18 @@ bool toVariant(PyObject* o, Variant& out) {
     out = Variant(PyFloat_AS_DOUBLE(o));
     return true;
   }
+  if (PyTuple_Check(o) || PyList_Check(o)) {
+    // An array of Variants, item by item; a list is copied as it stands now. Nested sequences
+    // become nested arrays, up to a depth that no sensible argument reaches.
+    if (Py_EnterRecursiveCall(" while passing a sequence to tessel")) return false;
+    const Py_ssize_t n = PySequence_Fast_GET_SIZE(o);
+    std::vector<Variant> items(static_cast<size_t>(n));
+    bool ok = true;
+    for (Py_ssize_t i = 0; ok && i < n; ++i) ok = toVariant(PySequence_Fast_GET_ITEM(o, i), items[static_cast<size_t>(i)]);
+    Py_LeaveRecursiveCall();
+    if (ok) out = Variant(std::move(items));
+    return ok;
+  }
   if (isByRef(o)) {
     PyObject* v = reinterpret_cast<ByRefObject*>(o)->value;
     if (!v || isByRef(v)) {
@@ -292,7 +304,7 @@ bool toVariant(PyObject* o, Variant& out) {
     return true;
   }
   PyErr_Format(PyExc_TypeError, "tessel cannot pass a value of type '%.200s' (use bool, int, float, str, None, "
-               "a tessel object, tessel.Empty, tessel.Null or tessel.Missing)", Py_TYPE(o)->tp_name);
+               "a tuple or list of these, a tessel object, tessel.Empty, tessel.Null or tessel.Missing)", Py_TYPE(o)->tp_name);
   return false;
 }
 
@@ -310,9 +322,22 @@ PyObject* fromVariant(const Variant& v) {
     case VarType::Double: return PyFloat_FromDouble(v.toDouble());
     case VarType::String: return fromUtf16(v.str());
     case VarType::Object: return wrapObject(v.objRef());
+    case VarType::VariantArray: {
+      const std::vector<Variant>& items = v.items();
+      PyObject* tuple = PyTuple_New(static_cast<Py_ssize_t>(items.size()));
+      for (size_t i = 0; tuple && i < items.size(); ++i) {
+        PyObject* item = fromVariant(items[i]);
+        if (!item) {
+          Py_CLEAR(tuple);
+          break;
+        }
+        PyTuple_SET_ITEM(tuple, static_cast<Py_ssize_t>(i), item);
+      }
+      return tuple;
+    }
     case VarType::Array: break;
   }
-  // The bare array marker has no Python form of its own; it reads as an empty tuple.
+  // The array flag alone is no value; it reads as an empty tuple.
   return PyTuple_New(0);
 }
 

@@ -14,6 +14,14 @@ namespace tessel {
 
 Variant::Variant(const char* utf8) : t_(VarType::String), s_(toUtf16(utf8 ? utf8 : "")) {}
 
+Variant::Variant(std::vector<Variant> items)
+    : t_(VarType::VariantArray), a_(std::make_shared<const std::vector<Variant>>(std::move(items))) {}
+
+const std::vector<Variant>& Variant::items() const noexcept {
+  static const std::vector<Variant> none;
+  return a_ ? *a_ : none;
+}
+
 bool Variant::isNumeric() const noexcept {
   switch (t_) {
     case VarType::Boolean: case VarType::Byte: case VarType::Integer: case VarType::Long:
@@ -242,6 +250,7 @@ bool operator==(const Variant& a, const Variant& b) noexcept {
     case VarType::Double: return a.n_.d == b.n_.d;
     case VarType::String: return a.s_ == b.s_;
     case VarType::Object: return a.o_.get() == b.o_.get();
+    case VarType::VariantArray: return a.items() == b.items();
     default: return true;
   }
 }
@@ -260,7 +269,8 @@ std::string typeName(const Variant& v) {
     case VarType::Error: return "Error";
     case VarType::Boolean: return "Boolean";
     case VarType::Byte: return "Byte";
-    case VarType::Array: return "Variant()";
+    case VarType::VariantArray: return "Variant()";
+    case VarType::Array: break;
   }
   return "Unknown";
 }

@@ -7,7 +7,9 @@
 #include <tessel/core/Object.h>
 
 #include <cstdint>
+#include <memory>
 #include <string>
+#include <vector>
 #include <string_view>
 
 namespace tessel {
@@ -25,7 +27,8 @@ enum class VarType : uint16_t {
   Boolean = 11,
   Byte = 17,
   LongLong = 20,  // 64-bit: native handles, which are pointers here
-  Array = 8192,  // the bare array marker
+  Array = 8192,  // the array flag; an array of Variants is Array | Variant
+  VariantArray = 8204,
 };
 
 class Variant {
@@ -46,12 +49,13 @@ class Variant {
   template <class T, class = std::enable_if_t<std::is_base_of_v<Object, T> && !std::is_same_v<T, Object>>>
   Variant(Ref<T> o) noexcept : Variant(Ref<Object>(std::move(o))) {}
   Variant(Object* o) noexcept : Variant(Ref<Object>(o)) {}
+  // An array of Variants (VariantArray); copies share the items, which never change.
+  explicit Variant(std::vector<Variant> items);
   template <class E, class = std::enable_if_t<std::is_enum_v<E>>>
   Variant(E e) noexcept : Variant(static_cast<int32_t>(e)) {}
 
   static Variant null() noexcept { return Variant(VarType::Null); }
   static Variant missing() noexcept { return Variant(VarType::Error); }
-  static Variant arrayMarker() noexcept { return Variant(VarType::Array); }
   static Variant nothing() noexcept { return Variant(Ref<Object>()); }
 
   VarType type() const noexcept { return t_; }
@@ -62,11 +66,14 @@ class Variant {
   bool isObject() const noexcept { return t_ == VarType::Object; }
   bool isNothing() const noexcept { return t_ == VarType::Object && !o_; }
   bool isNumeric() const noexcept;  // Boolean, Byte, Integer, Long, LongLong, Single, Double
+  bool isArray() const noexcept { return t_ == VarType::VariantArray; }
 
   // Raw access without conversion (the stored string / object; empty when of another type).
   const std::u16string& str() const noexcept { return s_; }
   Object* obj() const noexcept { return o_.get(); }
   const Ref<Object>& objRef() const noexcept { return o_; }
+  // An array's items; empty for any other type.
+  const std::vector<Variant>& items() const noexcept;
 
   // Conversions by automation's rules.
   bool toBool() const;
@@ -101,6 +108,7 @@ class Variant {
   } n_{};
   std::u16string s_;
   Ref<Object> o_;
+  std::shared_ptr<const std::vector<Variant>> a_;
 };
 
 // Number reading of automation's numeric conversion of a text: optional blanks, sign, digits
@@ -117,7 +125,8 @@ double readLeadingNumber(std::u16string_view text) noexcept;
 // outside [lo, hi].
 int64_t roundToWhole(double v, double lo, double hi);
 
-// The name automation's TypeName gives a variant ("Long", "String", "cls_DrawRect", "Nothing").
+// The name automation's TypeName gives a variant ("Long", "String", "cls_DrawRect", "Nothing",
+// "Variant()" for an array).
 std::string typeName(const Variant& v);
 
 }  // namespace tessel

@@ -135,4 +135,19 @@ int32_t UNHEX(tl::Call, const std::u16string& pHex, int32_t pDefault) {
 
 enm_Draw_Status Execute(tl::Call, enm_Draw_Status lReturn) { return lReturn; }
 
+bool LooseNumbers(const Variant& v, size_t most, std::vector<double>& out) {
+  out.clear();
+  if (v.isArray()) {
+    for (const Variant& item : v.items()) out.push_back(item.toDouble());
+  } else if (v.isString() && v.str().size() >= 2 && v.str().front() == u'(' && v.str().back() == u')') {
+    const std::u16string_view inside = std::u16string_view(v.str()).substr(1, v.str().size() - 2);
+    mdl_Basalt::SplitList items(inside, u',');
+    for (int32_t i = 1; i <= items.count(); ++i) out.push_back(readLeadingNumber(items.item(i)));
+  } else {
+    return false;
+  }
+  if (out.size() > most) raise(rt::InvalidCall);
+  return true;
+}
+
 }  // namespace tessel::mdl_Global

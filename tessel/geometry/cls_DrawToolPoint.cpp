@@ -1,6 +1,9 @@
 #include <tessel/geometry/cls_DrawToolPoint.h>
 
 #include <tessel/core/Root.h>
+#include <tessel/core/mdl_Global.h>
+
+#include <vector>
 
 namespace tessel {
 
@@ -24,6 +27,12 @@ Ref<cls_DrawPoint> cls_DrawToolPoint::POINT(Call, double pX, double pY) { return
 Ref<cls_DrawPoint> cls_DrawToolPoint::AUTO(Call, const Variant& pXOrAny, double pY) {
   // Not even through a default member: the factory takes numbers only.
   if (pXOrAny.isObject()) raise(rt::TypeMismatch);
+  // A whole point in one argument, "(10,20)" or an array: pY is not read.
+  std::vector<double> n;
+  if (mdl_Global::LooseNumbers(pXOrAny, 2, n)) {
+    n.resize(2, 0.0);
+    return make<cls_DrawPoint>()->MOVE(n[0], n[1]);
+  }
   return make<cls_DrawPoint>()->MOVE(pXOrAny.toDouble(), pY);
 }
 

@@ -1,6 +1,9 @@
 #include <tessel/geometry/cls_DrawToolRect.h>
 
+#include <tessel/core/mdl_Global.h>
 #include <tessel/geometry/cls_DrawToolPoint.h>
+
+#include <vector>
 
 namespace tessel {
 
@@ -34,6 +37,14 @@ Ref<cls_DrawRect> cls_DrawToolRect::AUTO(Call, const Variant& pXOrAny, int32_t p
   // Omitted and Empty compare equal to the empty text too.
   if (pXOrAny.isMissing() || pXOrAny.isEmpty() || (pXOrAny.isString() && pXOrAny.str().empty()))
     return make<cls_DrawRect>();
+  // A whole rectangle in one argument, "(10,20,50,30)" or an array: the others are not read.
+  std::vector<double> n;
+  if (mdl_Global::LooseNumbers(pXOrAny, 4, n)) {
+    n.resize(4, 0.0);
+    Ref<cls_DrawRect> r = make<cls_DrawRect>();
+    r->MOVE(Variant(n[0]).toSingle(), Variant(n[1]).toSingle(), Variant(n[2]).toSingle(), Variant(n[3]).toSingle());
+    return r;
+  }
   return hRect(pXOrAny, pY, pW, pH);
 }
 

@@ -9,6 +9,10 @@ namespace tessel {
 
 // Only the whole text is trimmed: a piece keeps its blanks, so " bold" reads as a name (as the
 // object model has it).
+bool IsNoResource(const Variant& v) noexcept {
+  return v.isMissing() || (v.isString() && (v.str().empty() || equalsIgnoreCase(v.str(), u"none")));
+}
+
 bool ReadDescription(const std::u16string& text, std::u16string_view thing,
                      const std::function<bool(const DescriptionPiece&)>& take) {
   std::u16string cleaned(trimBlanks(text));

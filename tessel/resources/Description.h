@@ -25,6 +25,10 @@ struct DescriptionPiece {
   Variant value[4];
 };
 
+// Whether a pen or brush argument asks for the empty resource: omitted, the empty text, or
+// "none" in any case.
+bool IsNoResource(const Variant& v) noexcept;
+
 // Reads `text` piece by piece into `take`, which answers whether it accepts the piece. False
 // after reporting the first refused piece; `thing` names what was to be made ("pen", "font").
 bool ReadDescription(const std::u16string& text, std::u16string_view thing,

@@ -1,3 +1,4 @@
+#include <tessel/resources/Description.h>
 #include <tessel/resources/cls_DrawToolBrush.h>
 
 namespace tessel {
@@ -10,7 +11,7 @@ Ref<cls_DrawBrush> cls_DrawToolBrush::GRADIENT(Call, const Variant& pRect, const
 }
 
 Ref<cls_DrawBrush> cls_DrawToolBrush::AUTO(Call, const Variant& pAny) {
-  if (pAny.isMissing() || (pAny.isString() && pAny.str().empty())) return make<cls_DrawBrush>();
+  if (IsNoResource(pAny)) return make<cls_DrawBrush>();  // empty: HANDLE 0
   return make<cls_DrawBrush>()->AUTO(pAny);
 }
 

@@ -43,7 +43,7 @@ Ref<cls_DrawPen> cls_DrawToolPen::SOLID(Call, const Variant& pColor, int32_t pWi
 }
 
 Ref<cls_DrawPen> cls_DrawToolPen::AUTO(Call, const Variant& pAny) {
-  if (pAny.isMissing() || (pAny.isString() && pAny.str().empty())) return make<cls_DrawPen>();
+  if (IsNoResource(pAny)) return make<cls_DrawPen>();  // empty: HANDLE 0
   if (pAny.isString()) return hDescribed(pAny.str());
   return make<cls_DrawPen>()->SOLID(pAny, 1);
 }

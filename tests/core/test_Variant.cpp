@@ -144,8 +144,6 @@ TEST(Variant, MissingEmptyNullAreDistinct) {
   EXPECT_FALSE(Variant().isMissing());
   EXPECT_FALSE(Variant() == Variant::null());
   EXPECT_FALSE(Variant(1) == Variant(1.0));  // same value, other type
-  EXPECT_EQ(typeName(Variant::arrayMarker()), "Variant()");
-  EXPECT_EQ(static_cast<int>(Variant::arrayMarker().type()), 8192);
   EXPECT_EQ(typeName(Variant::nothing()), "Nothing");
 }
 
@@ -156,4 +154,21 @@ TEST(Text, Utf16RoundTripAndCaseFolding) {
   EXPECT_TRUE(equalsIgnoreCase(u"Bold", u"BOLD"));
   EXPECT_FALSE(equalsIgnoreCase(u"ß", u"SS"));
   EXPECT_EQ(toUtf8(toUtf16("\xC3")), "\xEF\xBF\xBD");  // a broken sequence becomes U+FFFD
+}
+
+TEST(Variant, ArraysShareTheirItemsAndConvertToNothingElse) {
+  const Variant a(std::vector<Variant>{Variant(1), Variant(u"2"), Variant(std::vector<Variant>{})});
+  EXPECT_TRUE(a.isArray());
+  EXPECT_EQ(static_cast<int>(a.type()), 8204);
+  EXPECT_EQ(typeName(a), "Variant()");
+  ASSERT_EQ(a.items().size(), 3u);
+  EXPECT_EQ(a.items()[1].toLong(), 2);
+  const Variant copy = a;
+  EXPECT_EQ(&copy.items(), &a.items());  // shared, never copied
+  EXPECT_TRUE(copy == a);
+  EXPECT_FALSE(a == Variant(std::vector<Variant>{Variant(1)}));
+  EXPECT_TRUE(Variant(1).items().empty());
+  EXPECT_EQ(raisedNumber([&] { a.toLong(); }), rt::TypeMismatch);
+  EXPECT_EQ(raisedNumber([&] { a.toString(); }), rt::TypeMismatch);
+  EXPECT_EQ(raisedNumber([&] { a.toObject(); }), rt::TypeMismatch);
 }

@@ -169,7 +169,7 @@ TEST(cls_DrawRect, SpanningAndCentring) {
 TEST(cls_DrawRect, FailuresLeaveTheRectangleAlone) {
   auto r = rect(10, 10, 5, 5);
   EventLog log(*r);
-  Error e = raisedBy([&] { r->MOVECENTER(Variant(u"(1,2)")); });
+  Error e = raisedBy([&] { r->MOVECENTER(Variant(u"1,2")); });
   EXPECT_EQ(e.number(), kTypeMismatch);
   EXPECT_EQ(e.source(), "cls_DrawRect.MOVECENTER");
   EXPECT_EQ(e.description(), "Ungültiger Parameter (13)");

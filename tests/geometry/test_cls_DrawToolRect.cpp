@@ -10,7 +10,7 @@
 
 using namespace tessel;
 
-TEST(cls_DrawToolRect, AutoTakesTheEmptyTextOrNumbers) {
+TEST(cls_DrawToolRect, AutoTakesTheEmptyTextNumbersABracketedTextOrAnArray) {
   auto f = make<cls_DrawToolRect>();
   EXPECT_EQ(dims(f->AUTO()), "0,0,0,0");
   EXPECT_EQ(dims(Invoke(f.get(), "", InvokeKind::Method)), "0,0,0,0");  // the default member
@@ -26,6 +26,16 @@ TEST(cls_DrawToolRect, AutoTakesTheEmptyTextOrNumbers) {
     EXPECT_EQ(e.description(), "Ungültiger Parameter (13)");
   }
   EXPECT_EQ(raisedBy([&] { f->RECT(Variant(u"x"), 0, 0, 0); }).source(), "cls_DrawToolRect.RECT");
+
+  // A whole rectangle in the first argument; the others are not read, missing numbers are 0.
+  EXPECT_EQ(dims(f->AUTO(Variant(u"(10,10,50,50)"), 1, 2, 3)), "10,10,50,50");
+  EXPECT_EQ(dims(f->AUTO(Variant(u"( 1.5 , 2)"))), "1.5,2,0,0");
+  EXPECT_EQ(dims(f->AUTO(Variant(std::vector<Variant>{Variant(1), Variant(u"2"), Variant(3.5), Variant(4)}))),
+            "1,2,3.5,4");
+  EXPECT_EQ(dims(f->AUTO(Variant(std::vector<Variant>{}))), "0,0,0,0");
+  EXPECT_EQ(raisedNumber([&] { f->AUTO(Variant(u"(1,2,3,4,5)")); }), objectError(rt::InvalidCall));
+  EXPECT_EQ(raisedNumber([&] { f->AUTO(Variant(std::vector<Variant>{Variant(u"a")})); }), kTypeMismatch);
+  EXPECT_EQ(raisedNumber([&] { f->AUTO(Variant(std::vector<Variant>{Variant(1e39)})); }), objectError(rt::Overflow));
 }
 
 TEST(cls_DrawToolRect, SpanningTwoPoints) {

@@ -96,7 +96,7 @@ TEST_F(Drawing, EmptyResourcesSkipTheirStep) {
   t.g->RECTANGLE(rect(5, 5, 20, 20), brush(u"#FF0000"), noPen());
   EXPECT_EQ(t.peek(5, 5), kRed);
   EXPECT_EQ(t.count(kBlack, 0, 0, 29, 29), 0);
-  t.g->RECTANGLE(rect(5, 5, 20, 20), noBrush(), pen(u"#0000FF"));
+  t.g->RECTANGLE(Variant(u"(5,5,20,20)"), Variant(u"None"), pen(u"#0000FF"));  // "none" in any case
   EXPECT_EQ(t.peek(15, 15), kRed);  // the fill from before, untouched
   EXPECT_EQ(t.peek(5, 15), kBlue);
 

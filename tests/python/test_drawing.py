@@ -78,3 +78,31 @@ def test_images_fit_and_fade(box):
     g.Image(red, 50, 50, 0.5)
     faded = argb(b, 55, 52)
     assert faded >> 16 & 0xFF == 0xFF and abs((faded >> 8 & 0xFF) - 128) <= 3
+
+
+def test_tuples_and_lists_cross_as_arrays(probe):
+    assert probe.ECHO((1, "two", (3.5,), [])) == (1, "two", (3.5,), ())
+    assert probe.KIND([1, 2]) == "Variant()"
+    with pytest.raises(TypeError):
+        probe.ECHO((1, object()))
+
+
+def test_rectangles_and_points_from_texts_tuples_and_lists(box):
+    b, g = box
+    g.ELLIPSE((10, 10, 50, 30), "#FF0000", "none")
+    assert argb(b, 35, 25) == 0xFFFF0000
+    g.RECTANGLE("(60, 40, 15, 15)", "none", "#0000FF")  # outline only
+    assert argb(b, 60, 45) == 0xFF0000FF and argb(b, 67, 47) == 0xFFFFFFFF
+    assert D.RECT(0, 0, 100, 100).HITTEST((70, 50))
+    assert not D.RECT(0, 0, 100, 100).HITTEST([170, 50])
+    assert D.POINT("(3,4)").Y == 4
+    assert D.RECT([1, 2, 3, 4]).INFO() == "(1,2)-(3,5)"
+    with pytest.raises(tessel.Error):
+        D.RECT((1, 2, 3, 4, 5))
+    with pytest.raises(TypeError):
+        D.RECT("1,2,3,4")  # only a bracketed list is read whole
+
+
+def test_none_is_the_empty_pen_and_brush():
+    for text in ("none", "None", "NONE"):
+        assert D.PEN(text).HANDLE == 0 and D.BRUSH(text).HANDLE == 0

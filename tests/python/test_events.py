@@ -134,7 +134,7 @@ def test_a_value_the_raiser_cannot_take_leaves_the_argument(probe):
         assert probe.PRESS(65) == 65
 
     def unconvertible(key):
-        key.value = [1]
+        key.value = object()
 
     with probe.connect("KEY", unconvertible):
         with pytest.raises(TypeError):
