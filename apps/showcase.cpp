@@ -38,6 +38,7 @@ void showPalette();
 bool drawResources(const std::string& file);
 bool drawImages(const std::string& folder);
 bool drawSurface(const std::string& folder);
+bool drawIcons(const std::string& file);
 
 int main(int argc, char** argv) {
   std::string out = argc > 1 ? argv[1] : "showcase.png";
@@ -69,6 +70,10 @@ int main(int argc, char** argv) {
   }
   if (!drawImages(folder)) {
     std::fprintf(stderr, "could not draw the images picture\n");
+    return 1;
+  }
+  if (!drawIcons(folder + "icons.png")) {
+    std::fprintf(stderr, "could not draw the icons picture\n");
     return 1;
   }
   if (!drawSurface(folder)) {

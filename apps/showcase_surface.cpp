@@ -1,6 +1,6 @@
 // The showcase's surface picture: shapes with gradients and dashed pens, rounded paths, plain,
 // outlined and turned text, an image fitted, stretched and warped half transparent, and one small
-// scene under three projections. Written next to the main picture; reads the resources picture.
+// scene under three projections, and the icon set. Written next to the main picture; reads the resources picture.
 #include <tessel/tessel.h>
 
 #include "Sheet.h"
@@ -112,14 +112,18 @@ void projections(Sheet& sheet, const Ref<cls_DrawGraphics>& g, int x, int y) {
 
 }  // namespace
 
+void drawIconRow(const Ref<cls_DrawGraphics>& g, int x, int y, int side, int gap, const char16_t* colour);
+
 bool drawSurface(const std::string& folder) {
   Ref<cls_DrawTool> draw = mdl_Global::DRAW();
-  Sheet sheet(920, 480);
+  Sheet sheet(920, 540);
   if (!sheet.ok()) return false;
   const Ref<cls_DrawGraphics>& g = sheet.surface();
   shapes(sheet, g, 20, 15);
   texts(sheet, g, 480, 15);
   images(sheet, g, draw->Image()->LOAD(toUtf16(folder + "resources.png")), 20, 290);
   projections(sheet, g, 480, 290);
+  sheet.label(u"Icons: the root's ICON, paths that scale cleanly", 20, 470);
+  drawIconRow(g, 20, 500, 28, 24, u"#16425B");
   return sheet.save(folder + "surface.png");
 }

@@ -106,3 +106,14 @@ def test_rectangles_and_points_from_texts_tuples_and_lists(box):
 def test_none_is_the_empty_pen_and_brush():
     for text in ("none", "None", "NONE"):
         assert D.PEN(text).HANDLE == 0 and D.BRUSH(text).HANDLE == 0
+
+
+def test_icons_by_name_with_flags(box):
+    b, g = box
+    assert D.ICON(g, "Arrow-Right", (10, 10, 40, 40), "#0000FF")
+    assert any(argb(b, x, 30) == 0xFF0000FF for x in range(10, 50))
+    assert not D.ICON(g, "teapot", (10, 10, 40, 40))
+    flags = tessel.cls_DrawFlags()
+    flags.SETFLAG("COLOR", "#FF0000")
+    assert D.ICON(g, "error", D.RECT(50, 10, 24, 24), pFlags=flags)
+    assert argb(b, 55, 22) == 0xFFFF0000  # the disc, left of the cut-out cross
