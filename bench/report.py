@@ -15,13 +15,13 @@ def main(path):
     groups = {}
     for b in runs:
         group, _, variant = b["name"].partition("/")
-        groups.setdefault(group, {})[variant or "baseline"] = b["cpu_time"]
+        groups.setdefault(group, {})[variant or "baseline"] = (b["cpu_time"], b.get("time_unit", "ns"))
     for group, variants in groups.items():
-        base = variants.get("baseline")
+        base = variants.get("baseline", (None, None))[0]
         print(group)
-        for variant, t in variants.items():
+        for variant, (t, unit) in variants.items():
             ratio = f"{t / base:6.2f}x" if base else "   n/a "
-            print(f"  {variant:<28} {t:12.1f} ns  {ratio}")
+            print(f"  {variant:<28} {t:12.1f} {unit:<2}  {ratio}")
 
 
 if __name__ == "__main__":

@@ -11,6 +11,7 @@
 #include <tessel/geometry/cls_DrawRect.h>
 
 #include "Photo.h"
+#include "Scenes.h"
 
 namespace py = pybind11;
 using namespace tessel;
@@ -73,6 +74,13 @@ PYBIND11_MODULE(_tessel_bench_direct, m) {
                              InvokeKind::Method, std::span<Variant>(&text, 1));
       gSink = static_cast<double>(brush.isObject());
     });
+  });
+  // The surface's scene S1 of bench/bench_surface.cpp with the raw flat API: the baseline of the
+  // scripted scene.
+  m.def("raw_shapes_ns", [](long n) {
+    mdl_Global::DRAW()->INIT();
+    bench::RawTarget t;
+    return timePerCall(n, [&] { bench::rawShapes(t.graphics.get(), false); });
   });
   // The image round trip of bench/bench_images.cpp, typed: its photo written once, then a 640 × 480
   // copy of it read, resampled and saved.

@@ -42,6 +42,7 @@ Ref<cls_DrawColor> cls_DrawToolColor::WHITE(Get) const { return white_; }
 void cls_DrawToolColor::WHITE(Set, Ref<cls_DrawColor> v) { white_ = std::move(v); }
 
 uint32_t ColorArgb(const Variant& colour) {
+  if (auto* own = dynamic_cast<cls_DrawColor*>(colour.obj())) return static_cast<uint32_t>(own->ATOM());  // no lookup
   const Variant c = colour.isObject() ? colour : Variant(rootFactory<cls_DrawToolColor>()->AUTO(colour));
   return static_cast<uint32_t>(Invoke(c, "ATOM", InvokeKind::Get).toLong());
 }

@@ -4,6 +4,7 @@
 #include <tessel/core/mdl_Err.h>
 #include <tessel/core/mdl_Global.h>
 
+#include <atomic>
 #include <unordered_map>
 #include <vector>
 
@@ -23,6 +24,7 @@ namespace {
 // process ends.
 struct DeviceContexts {
   std::mutex lock;
+  std::atomic<uint64_t> changes{0};  // counts every registration and withdrawal
   std::unordered_map<const GpGraphics*, uint64_t> live;  // each with the stamp of its registration
   uint64_t lastStamp = 0;
 };
@@ -40,13 +42,17 @@ void RegisterHDC(GpGraphics* dc) {
   auto& d = deviceContexts();
   std::lock_guard hold(d.lock);
   d.live[dc] = ++d.lastStamp;
+  d.changes.fetch_add(1, std::memory_order_release);
 }
 
 void UnregisterHDC(GpGraphics* dc) noexcept {
   auto& d = deviceContexts();
   std::lock_guard hold(d.lock);
   d.live.erase(dc);
+  d.changes.fetch_add(1, std::memory_order_release);
 }
+
+uint64_t HDCChanges() noexcept { return deviceContexts().changes.load(std::memory_order_acquire); }
 
 uint64_t HDCStamp(int64_t hdc) noexcept {
   auto& d = deviceContexts();

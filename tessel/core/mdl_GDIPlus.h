@@ -387,6 +387,9 @@ int32_t LogPixelsY(HDC hdc) noexcept;
 // context is not unregistered while a graphics is being made on it.
 void RegisterHDC(GpGraphics* dc);
 void UnregisterHDC(GpGraphics* dc) noexcept;
+// Counts every registration and withdrawal: while it stands still, no device context has
+// come or gone, and a graphics made on one is still good.
+uint64_t HDCChanges() noexcept;
 GpStatus CreateFromHDC(int64_t hdc, GpGraphics** graphics);
 // The registration a device context is live under: a number that every RegisterHDC draws anew
 // and that never comes back; 0 while the value is not registered. A graphics made on a device

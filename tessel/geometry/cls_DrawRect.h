@@ -19,6 +19,16 @@ class cls_DrawRect final : public ObjectOf<cls_DrawRect> {
   template <class T, class... A>
   friend Ref<T> make(A&&...);
   cls_DrawRect() = default;
+
+ public:
+  // The position and size for drawing code, read without the properties' trap (reading them
+  // cannot fail).
+  struct Values {
+    float x, y, w, h;
+  };
+  Values values() const noexcept { return {x_, y_, w_, h_}; }
+
+ private:
   // Heap only: operations hand out Refs to the rectangle itself.
   ~cls_DrawRect() override = default;
 

@@ -18,6 +18,7 @@
 #include <tessel/resources/cls_DrawToolPen.h>
 #include <tessel/resources/cls_DrawToolTextFormat.h>
 
+#include <cmath>
 #include <cstdint>
 #include <limits>
 
@@ -71,17 +72,27 @@ Native* handleOf(Object* o) {
 
 Box boxOf(Object* rect) {
   if (!rect) raise(rt::ObjectNotSet);
-  if (auto* r = dynamic_cast<cls_DrawRect*>(rect)) return {r->X(), r->Y(), r->W(), r->H()};
+  if (auto* r = dynamic_cast<cls_DrawRect*>(rect)) {
+    const cls_DrawRect::Values v = r->values();
+    return {v.x, v.y, v.w, v.h};
+  }
   return {single(rect, "X"), single(rect, "Y"), single(rect, "W"), single(rect, "H")};
 }
 
 int32_t whole(float v) {
   constexpr double lo = std::numeric_limits<int32_t>::min(), hi = std::numeric_limits<int32_t>::max();
+  // Every drawing call rounds four coordinates: the common case without the general routine.
+  // floor is exact in any rounding mode, and so is the tie test on a float widened to double.
+  if (v > -1e9f && v < 1e9f) {
+    const double d = v, down = std::floor(d), frac = d - down;
+    const double r = frac > 0.5 || (frac == 0.5 && std::fmod(down, 2.0) != 0) ? down + 1 : down;
+    return static_cast<int32_t>(r);
+  }
   return static_cast<int32_t>(roundToWhole(v, lo, hi));
 }
 
-gp::GpPen* penOf(Object* o) { return handleOf<gp::GpPen, cls_DrawPen>(o); }
-gp::GpBrush* brushOf(Object* o) { return handleOf<gp::GpBrush, cls_DrawBrush>(o); }
+gp::GpPen* penOf(Object* o) { return own<cls_DrawPen>(o).pen(); }
+gp::GpBrush* brushOf(Object* o) { return own<cls_DrawBrush>(o).brush(); }
 gp::GpPath* pathOf(Object* o) { return handleOf<gp::GpPath, cls_DrawPath>(o); }
 gp::GpFont* fontOf(Object* o) { return handleOf<gp::GpFont, cls_DrawFont>(o); }
 gp::GpStringFormat* formatOf(Object* o) { return handleOf<gp::GpStringFormat, cls_DrawTextFormat>(o); }

@@ -111,6 +111,11 @@ void cls_DrawGraphics::LOCKIT(Call) {
 
 bool cls_DrawGraphics::READY(Call) {
   if (!rootReady()) return false;
+  // Drawing asks this before every call: a graphics open on the same device context, while no
+  // device context has come or gone since the last look, needs no more checking.
+  const uint64_t changes = gp::HDCChanges();
+  if (graphics_ && !isImage_ && !lockedImage_ && lockedDC_ == hdc_ && changes == checkedChanges_) return true;
+  checkedChanges_ = changes;
   // A graphics on an image that has had its bitmap replaced or freed since would draw on freed
   // memory. Bound to the image, LOCKIT replaces it anyway; after DISCONNECT, which does not
   // release, this closes it.

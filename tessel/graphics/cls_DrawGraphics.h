@@ -101,6 +101,7 @@ class cls_DrawGraphics final : public ObjectOf<cls_DrawGraphics> {
   int64_t hdc_ = 0;
   int64_t lockedDC_ = 0;  // the device context the open graphics was made for; 0 when none
   uint64_t lockedDCStamp_ = 0;  // and the registration it was made under
+  uint64_t checkedChanges_ = ~uint64_t(0);  // the device-context changes READY last looked at
   // The image the open graphics draws on, kept alive while it is open, and the stamp of the
   // bitmap it was made on.
   Ref<cls_DrawImage> lockedImage_;

@@ -21,20 +21,26 @@ using namespace surface;
 
 namespace {
 
-// A shape's converted arguments, in the order they are converted. The objects are held for as
-// long as their native pens and brushes are drawn with: a loose argument's are made here.
-struct Shape {
-  Ref<Object> rectObject, penObject, brushObject;
-  Box box;
-  gp::GpPen* pen;
-  gp::GpBrush* brush;
+// An argument as an object: an object as it stands (not held again), anything else converted and
+// held here for as long as its native pen or brush is drawn with.
+struct Held {
+  Held(const Variant& v, Ref<Object> (*convert)(const Variant&))
+      : made(v.isObject() ? Ref<Object>() : convert(v)), object(v.isObject() ? v.obj() : made.get()) {}
+  Ref<Object> made;
+  Object* object;
+};
 
-  Shape(const Variant& pen, const Variant& brush, const Variant& rect)
-      : rectObject(rectArg(rect)), penObject(penArg(pen)), brushObject(brushArg(brush)) {
-    this->box = boxOf(rectObject.get());
-    this->pen = penOf(penObject.get());
-    this->brush = brushOf(brushObject.get());
-  }
+// A shape's converted arguments, in the order they are converted: an omitted pen or brush is the
+// surface's (the pen looked at first), then the rectangle, the pen and the brush.
+struct Shape {
+  Shape(const Variant& pPen, const Variant& pBrush, const Variant& pRect, Object* defaultPen, Object* defaultBrush)
+      : rect(pRect, rectArg), pen(pPen.isMissing() ? Variant(defaultPen) : pPen, penArg),
+        brush(pBrush.isMissing() ? Variant(defaultBrush) : pBrush, brushArg),
+        box(boxOf(rect.object)), nativePen(penOf(pen.object)), nativeBrush(brushOf(brush.object)) {}
+  Held rect, pen, brush;
+  Box box;
+  gp::GpPen* nativePen;
+  gp::GpBrush* nativeBrush;
 };
 
 }  // namespace
@@ -57,26 +63,24 @@ void cls_DrawGraphics::PATH(Call, const Variant& pPath, const Variant& pPen, con
 }
 
 void cls_DrawGraphics::ELLIPSE(Call, const Variant& pRect, const Variant& pBrush, const Variant& pPen) {
-  const Variant pen = hPenOrDefault(pPen), brush = hBrushOrDefault(pBrush);
-  const Shape s(pen, brush, pRect);
+  const Shape s(pPen, pBrush, pRect, pen_.get(), brush_.get());
   if (!READY()) return;
   // Filled where it is, outlined where it rounds to (intended: a fractional ellipse keeps its
   // exact fill).
-  if (s.brush) gp::GdipFillEllipse(graphics_.get(), s.brush, s.box.x, s.box.y, s.box.w, s.box.h);
-  if (s.pen)
-    gp::GdipDrawEllipseI(graphics_.get(), s.pen, whole(s.box.x), whole(s.box.y), whole(s.box.w),
+  if (s.nativeBrush) gp::GdipFillEllipse(graphics_.get(), s.nativeBrush, s.box.x, s.box.y, s.box.w, s.box.h);
+  if (s.nativePen)
+    gp::GdipDrawEllipseI(graphics_.get(), s.nativePen, whole(s.box.x), whole(s.box.y), whole(s.box.w),
                                        whole(s.box.h));
 }
 
 void cls_DrawGraphics::PIE(Call, const Variant& pRect, double pAngleStart, double pAngleSweep, const Variant& pBrush,
                            const Variant& pPen) {
-  const Variant pen = hPenOrDefault(pPen), brush = hBrushOrDefault(pBrush);
-  const Shape s(pen, brush, pRect);
+  const Shape s(pPen, pBrush, pRect, pen_.get(), brush_.get());
   if (!READY()) return;
   const int x = whole(s.box.x), y = whole(s.box.y), w = whole(s.box.w), h = whole(s.box.h);
   const auto start = static_cast<float>(pAngleStart), sweep = static_cast<float>(pAngleSweep);
-  if (s.brush) gp::GdipFillPieI(graphics_.get(), s.brush, x, y, w, h, start, sweep);
-  if (s.pen) gp::GdipDrawPieI(graphics_.get(), s.pen, x, y, w, h, start, sweep);
+  if (s.nativeBrush) gp::GdipFillPieI(graphics_.get(), s.nativeBrush, x, y, w, h, start, sweep);
+  if (s.nativePen) gp::GdipDrawPieI(graphics_.get(), s.nativePen, x, y, w, h, start, sweep);
 }
 
 void cls_DrawGraphics::LINES(Call, const Variant& pRect, const Variant& pPen) {
@@ -99,12 +103,11 @@ void cls_DrawGraphics::FILL(Call, const Variant& pBrush) {
 }
 
 void cls_DrawGraphics::RECTANGLE(Call, const Variant& pRect, const Variant& pBrush, const Variant& pPen) {
-  const Variant pen = hPenOrDefault(pPen), brush = hBrushOrDefault(pBrush);
-  const Shape s(pen, brush, pRect);
+  const Shape s(pPen, pBrush, pRect, pen_.get(), brush_.get());
   if (!READY()) return;
   const int x = whole(s.box.x), y = whole(s.box.y), w = whole(s.box.w), h = whole(s.box.h);
-  if (s.brush) gp::Check(gp::GdipFillRectangleI(graphics_.get(), s.brush, x, y, w, h));
-  if (s.pen) gp::Check(gp::GdipDrawRectangleI(graphics_.get(), s.pen, x, y, w, h));
+  if (s.nativeBrush) gp::Check(gp::GdipFillRectangleI(graphics_.get(), s.nativeBrush, x, y, w, h));
+  if (s.nativePen) gp::Check(gp::GdipDrawRectangleI(graphics_.get(), s.nativePen, x, y, w, h));
 }
 
 void cls_DrawGraphics::CLIP(Call, const Variant& pPath) {

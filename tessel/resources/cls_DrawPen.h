@@ -12,6 +12,12 @@ namespace tessel {
 class cls_DrawPen final : public ObjectOf<cls_DrawPen> {
   TESSEL_MEMBERS(cls_DrawPen)
 
+ public:
+  // The pen for drawing code; null for an empty pen.
+  mdl_GDIPlus::GpPen* pen() const noexcept { return native_.get(); }
+
+ private:
+
   NativeResource<mdl_GDIPlus::PenHandle> native_;
 };
 
