@@ -211,6 +211,11 @@ TEST_F(Boxes, ASurfaceBindsByNameAndFollowsAResize) {
   g->RECTANGLE(Variant(make<cls_DrawRect>()->MOVE(0, 0, 3, 3)), Variant(u"#FF0000"), Variant(u""));
   EXPECT_EQ(pixel(box, 6, 1), 0xFFFF0000u);
   EXPECT_EQ(pixel(box, 4, 1), 0xFF0000FFu);
+  // Drawing right after another resize reopens on the new device context by itself.
+  box->Move(0, 0, Variant(80), Variant(60));
+  g->RECTANGLE(Variant(u"(70,50,5,5)"), Variant(u"#FF0000"), Variant(u"none"));
+  EXPECT_EQ(pixel(box, 72, 52), 0xFFFF0000u);  // and the offset went with the old graphics
+  box->Move(0, 0, Variant(60), Variant(50));
 
   // DEVICE takes the box as it stands, in its own scale.
   box->ScaleMode(1);
