@@ -61,24 +61,24 @@ int main(int argc, char** argv) {
     return 1;
   }
   std::printf("drew %s\n", out.c_str());
-  // The other pictures go next to the main one; the images picture reads the resources picture.
+  // The other pictures go next to the main one.
   const size_t slash = out.find_last_of('/');
   const std::string folder = slash == std::string::npos ? std::string() : out.substr(0, slash + 1);
-  if (!drawResources(folder + "resources.png")) {
-    std::fprintf(stderr, "could not draw the resources picture\n");
-    return 1;
-  }
-  if (!drawImages(folder)) {
-    std::fprintf(stderr, "could not draw the images picture\n");
-    return 1;
-  }
-  if (!drawIcons(folder + "icons.png")) {
-    std::fprintf(stderr, "could not draw the icons picture\n");
-    return 1;
-  }
-  if (!drawSurface(folder)) {
-    std::fprintf(stderr, "could not draw the surface picture\n");
-    return 1;
+  // In this order: the images and surface pictures read the resources picture.
+  const struct {
+    const char* name;
+    bool (*draw)(const std::string& folder);
+  } pictures[] = {
+      {"resources", [](const std::string& f) { return drawResources(f + "resources.png"); }},
+      {"images", drawImages},
+      {"icons", [](const std::string& f) { return drawIcons(f + "icons.png"); }},
+      {"surface", drawSurface},
+  };
+  for (const auto& picture : pictures) {
+    if (!picture.draw(folder)) {
+      std::fprintf(stderr, "could not draw the %s picture\n", picture.name);
+      return 1;
+    }
   }
   draw->DEINIT();
   return 0;
