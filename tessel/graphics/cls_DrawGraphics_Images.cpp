@@ -9,6 +9,8 @@
 // (libgdiplus does not read the mode for images).
 #include <tessel/graphics/cls_DrawGraphics.h>
 
+#include <tessel/core/Checked.h>
+
 #include <tessel/geometry/cls_DrawToolPoint.h>
 #include <tessel/graphics/SurfaceArgs.h>
 #include <tessel/images/cls_DrawImage.h>
@@ -49,10 +51,12 @@ void cls_DrawGraphics::hImage(const Variant& pImage, const gp::GpRectF* source, 
 
   gp::GpGraphics* g = graphics_.get();
   const Affine::Point &a = to[0], &b = to[1], &c = to[2];
+  // Every number the platform gets is a finite single (6 otherwise): an infinite one would leave
+  // the native graphics unable to draw again.
   if (a.y == b.y && a.x == c.x) {
-    gp::Check(gp::GdipDrawImageRectRect(g, native, static_cast<float>(a.x), static_cast<float>(a.y),
-                                        static_cast<float>(b.x - a.x), static_cast<float>(c.y - a.y), part.X, part.Y,
-                                        part.Width, part.Height, gp::UnitPixel, nativeAttributes, nullptr, nullptr));
+    gp::Check(gp::GdipDrawImageRectRect(g, native, checkedSingle(a.x), checkedSingle(a.y), checkedSingle(b.x - a.x),
+                                        checkedSingle(c.y - a.y), part.X, part.Y, part.Width, part.Height,
+                                        gp::UnitPixel, nativeAttributes, nullptr, nullptr));
     return;
   }
   // The part's pixels (0, 0)-(w, h) onto the parallelogram, before the projection.
@@ -61,9 +65,9 @@ void cls_DrawGraphics::hImage(const Variant& pImage, const gp::GpRectF* source, 
   gp::MatrixHandle saved(made);
   gp::Check(gp::GdipGetWorldTransform(g, saved.get()));
   const double w = part.Width, h = part.Height;
-  gp::Check(gp::GdipCreateMatrix2(static_cast<float>((b.x - a.x) / w), static_cast<float>((b.y - a.y) / w),
-                                  static_cast<float>((c.x - a.x) / h), static_cast<float>((c.y - a.y) / h),
-                                  static_cast<float>(a.x), static_cast<float>(a.y), &made));
+  gp::Check(gp::GdipCreateMatrix2(checkedSingle((b.x - a.x) / w), checkedSingle((b.y - a.y) / w),
+                                  checkedSingle((c.x - a.x) / h), checkedSingle((c.y - a.y) / h), checkedSingle(a.x),
+                                  checkedSingle(a.y), &made));
   gp::MatrixHandle warp(made);
   gp::Check(gp::GdipMultiplyWorldTransform(g, warp.get(), gp::MatrixOrderPrepend));
   const gp::GpStatus drawn = gp::GdipDrawImageRectRect(g, native, 0, 0, part.Width, part.Height, part.X, part.Y,

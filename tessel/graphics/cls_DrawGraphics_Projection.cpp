@@ -8,6 +8,8 @@
 // what it renders: device = k * W(world), W the world transform and k the page unit's scale.
 #include <tessel/graphics/cls_DrawGraphics.h>
 
+#include <tessel/core/Checked.h>
+
 #include <tessel/geometry/cls_DrawPoint.h>
 #include <tessel/geometry/cls_DrawRect.h>
 #include <tessel/geometry/cls_DrawToolPoint.h>
@@ -73,16 +75,16 @@ static Affine::Point factors(const Variant& pPointOrRect, int32_t pMul) {
   return {p.x * pMul, p.y * pMul};
 }
 
+// A factor beyond the single range is overflow (6): an infinite transform would leave the
+// native graphics unable to draw anything again.
 void cls_DrawGraphics::SCALING(Call, const Variant& pPointOrRect, int32_t pMul) {
   const Affine::Point f = factors(pPointOrRect, pMul);
-  gp::GdipScaleWorldTransform(graphics_.get(), static_cast<float>(f.x), static_cast<float>(f.y),
-                              gp::MatrixOrderAppend);
+  gp::GdipScaleWorldTransform(graphics_.get(), checkedSingle(f.x), checkedSingle(f.y), gp::MatrixOrderAppend);
 }
 
 void cls_DrawGraphics::OFFSET(Call, const Variant& pPointOrRect, int32_t pMul) {
   const Affine::Point f = factors(pPointOrRect, pMul);
-  gp::GdipTranslateWorldTransform(graphics_.get(), static_cast<float>(f.x), static_cast<float>(f.y),
-                                  gp::MatrixOrderAppend);
+  gp::GdipTranslateWorldTransform(graphics_.get(), checkedSingle(f.x), checkedSingle(f.y), gp::MatrixOrderAppend);
 }
 
 void cls_DrawGraphics::RESETPROJECTION(Call) { gp::GdipResetWorldTransform(graphics_.get()); }

@@ -7,6 +7,8 @@
 // Native statuses are ignored, except in RECTANGLE.
 #include <tessel/graphics/cls_DrawGraphics.h>
 
+#include <tessel/core/Checked.h>
+
 #include <tessel/geometry/cls_DrawRect.h>
 #include <tessel/geometry/cls_DrawToolPoint.h>
 #include <tessel/graphics/SurfaceArgs.h>
@@ -78,7 +80,7 @@ void cls_DrawGraphics::PIE(Call, const Variant& pRect, double pAngleStart, doubl
   const Shape s(pPen, pBrush, pRect, pen_.get(), brush_.get());
   if (!READY()) return;
   const int x = whole(s.box.x), y = whole(s.box.y), w = whole(s.box.w), h = whole(s.box.h);
-  const auto start = static_cast<float>(pAngleStart), sweep = static_cast<float>(pAngleSweep);
+  const float start = checkedSingle(pAngleStart), sweep = checkedSingle(pAngleSweep);
   if (s.nativeBrush) gp::GdipFillPieI(graphics_.get(), s.nativeBrush, x, y, w, h, start, sweep);
   if (s.nativePen) gp::GdipDrawPieI(graphics_.get(), s.nativePen, x, y, w, h, start, sweep);
 }

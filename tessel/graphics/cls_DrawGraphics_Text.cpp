@@ -6,6 +6,8 @@
 // Every text call of the platform holds the process-wide text lock.
 #include <tessel/graphics/cls_DrawGraphics.h>
 
+#include <tessel/core/Checked.h>
+
 #include <tessel/geometry/cls_DrawRect.h>
 #include <tessel/graphics/SurfaceArgs.h>
 #include <tessel/resources/cls_DrawFont.h>
@@ -69,6 +71,9 @@ void cls_DrawGraphics::TEXTDIRECT(Call, const std::u16string& pText, const Varia
 void cls_DrawGraphics::hText(const std::u16string& text, int length, const Variant& pRect, const Variant& pFont,
                              const Variant& pBrush, const Variant& pPen, const Variant& pTextFormat, double pAngle,
                              bool pPenBehindBrush) {
+  // An angle beyond the single range fails the call (6): turned by infinity, the native graphics
+  // could not draw again.
+  const float angle = checkedSingle(pAngle);
   // Omitted: no outline (unlike the shapes), and the surface's brush, font and format.
   Ref<Object> pen, rect, brush = brush_, font = FONT(), format = textFormat_;
   Ignoring([&] { pen = pPen.isMissing() ? Ref<Object>() : penArg(pPen); });
@@ -80,11 +85,11 @@ void cls_DrawGraphics::hText(const std::u16string& text, int length, const Varia
 
   gp::GpRectF layout{};
   Ignoring([&] { layout = boxOf(rect.get()).rectF(); });
-  const bool turned = pAngle != 0;
+  const bool turned = angle != 0;
   if (turned) {
     // About the origin, after the projection; the text is laid out in the box of its
     // rectangle turned back, one unit wider and taller than their extent (intended).
-    gp::GdipRotateWorldTransform(graphics_.get(), static_cast<float>(pAngle), gp::MatrixOrderAppend);
+    gp::GdipRotateWorldTransform(graphics_.get(), angle, gp::MatrixOrderAppend);
     const Affine back = worldToDevice().inverse();
     const float x2 = layout.X + layout.Width - 1, y2 = layout.Y + layout.Height - 1;
     const Affine::Point corners[4] = {{layout.X, layout.Y}, {x2, layout.Y}, {x2, y2}, {layout.X, y2}};
@@ -130,7 +135,7 @@ void cls_DrawGraphics::hText(const std::u16string& text, int length, const Varia
       Ignoring([&] { PATH(Variant(path), Variant(pen), Variant(brush)); });
     }
   }
-  if (turned) gp::GdipRotateWorldTransform(graphics_.get(), static_cast<float>(-pAngle), gp::MatrixOrderAppend);
+  if (turned) gp::GdipRotateWorldTransform(graphics_.get(), -angle, gp::MatrixOrderAppend);
 }
 
 bool cls_DrawGraphics::MeasureKey::operator==(const MeasureKey& o) const = default;

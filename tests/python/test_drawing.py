@@ -57,6 +57,22 @@ def test_text_draws_measures_and_turns(box):
     assert (p.X, p.Y) == (3, 4)  # the rotation is undone
 
 
+def test_numbers_beyond_single_fail_and_leave_the_surface_drawing(box):
+    b, g = box
+    img = D.Image.CREATE(1, 4, "#FF0000")  # 6e38 wide over 1 pixel: beyond single
+    for bad in (lambda: g.TEXT("x", (0, 0, 50, 50), pAngle=1e300),
+                lambda: g.SCALING((3e38, 1), 1000),
+                lambda: g.OFFSET((3e38, 0), 10),
+                lambda: g.PIE((0, 0, 10, 10), 0, 1e300),
+                lambda: g.IMAGEWARP(img, (-3e38, 0), (3e38, 0), (0, 5))):
+        with pytest.raises(tessel.Error) as raised:
+            bad()
+        assert raised.value.number & 0xFFFF == 6  # overflow
+    g.RESETPROJECTION()
+    g.RECTANGLE((10, 10, 20, 20), "#0000FF", "none")
+    assert argb(b, 15, 15) == 0xFF0000FF
+
+
 def test_projection_moves_what_is_drawn(box):
     b, g = box
     g.OFFSET(D.POINT(40, 0))
