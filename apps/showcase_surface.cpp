@@ -67,10 +67,10 @@ void images(Sheet& sheet, const Ref<cls_DrawGraphics>& g, const Ref<cls_DrawImag
   sheet.label(u"Images: fitted, stretched, warped with ALPHA 0.6", x, y);
   const Variant frame = text(u"#16425B,1px");
   const Variant hollow = Variant(draw->BRUSH()->NONE());
-  g->RECTANGLE(box(x, y + 30, 120, 120), hollow, frame);
   g->IMAGEFIT(Variant(photo), box(x, y + 30, 120, 120));
-  g->RECTANGLE(box(x + 140, y + 30, 120, 120), hollow, frame);
+  g->RECTANGLE(box(x, y + 30, 120, 120), hollow, frame);
   g->IMAGEFIT(Variant(photo), box(x + 140, y + 30, 120, 120), false);
+  g->RECTANGLE(box(x + 140, y + 30, 120, 120), hollow, frame);
   // A checker under the warped image shows its transparency.
   for (int row = 0; row < 6; ++row)
     for (int col = 0; col < 8; ++col)

@@ -4,7 +4,9 @@
 #include <tessel/core/mdl_Err.h>
 #include <tessel/core/mdl_Global.h>
 
+#include <algorithm>
 #include <atomic>
+#include <cstring>
 #include <unordered_map>
 #include <vector>
 
@@ -53,6 +55,38 @@ void UnregisterHDC(GpGraphics* dc) noexcept {
 }
 
 uint64_t HDCChanges() noexcept { return deviceContexts().changes.load(std::memory_order_acquire); }
+
+ImageHandle PaddedCopy(GpBitmap* bitmap, GpRect area) {
+  uint32_t width = 0, height = 0;
+  GdipGetImageWidth(bitmap, &width);
+  GdipGetImageHeight(bitmap, &height);
+  const int32_t x0 = std::max(area.X, 0), y0 = std::max(area.Y, 0);
+  const int32_t x1 = std::min<int64_t>(int64_t{area.X} + area.Width, width), y1 = std::min<int64_t>(int64_t{area.Y} + area.Height, height);
+  if (x1 <= x0 || y1 <= y0) return {};
+  const GpRect part{x0, y0, x1 - x0, y1 - y0};
+  GpBitmap* made = nullptr;
+  if (!Succeeded(GdipCreateBitmapFromScan0(part.Width + 2, part.Height + 2, 0, PixelFormat32bppPARGB, nullptr, &made)))
+    return {};
+  ImageHandle copy(made);
+  BitmapData from{}, to{};
+  if (!Succeeded(GdipBitmapLockBits(bitmap, &part, ImageLockModeRead, PixelFormat32bppPARGB, &from))) return {};
+  if (!Succeeded(GdipBitmapLockBits(made, nullptr, ImageLockModeWrite, PixelFormat32bppPARGB, &to))) {
+    GdipBitmapUnlockBits(bitmap, &from);
+    return {};
+  }
+  // Row y of the copy repeats row y - 1 of the part, clamped; each row's ends repeat its edges.
+  for (int32_t y = 0; y < part.Height + 2; ++y) {
+    const int32_t row = std::clamp(y - 1, 0, part.Height - 1);
+    const auto* in = reinterpret_cast<const uint32_t*>(static_cast<const uint8_t*>(from.Scan0) + ptrdiff_t{from.Stride} * row);
+    auto* out = reinterpret_cast<uint32_t*>(static_cast<uint8_t*>(to.Scan0) + ptrdiff_t{to.Stride} * y);
+    std::memcpy(out + 1, in, size_t(part.Width) * 4);
+    out[0] = in[0];
+    out[part.Width + 1] = in[part.Width - 1];
+  }
+  GdipBitmapUnlockBits(made, &to);
+  GdipBitmapUnlockBits(bitmap, &from);
+  return copy;
+}
 
 uint64_t HDCStamp(int64_t hdc) noexcept {
   auto& d = deviceContexts();

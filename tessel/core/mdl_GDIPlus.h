@@ -387,6 +387,12 @@ int32_t LogPixelsY(HDC hdc) noexcept;
 // context is not unregistered while a graphics is being made on it.
 void RegisterHDC(GpGraphics* dc);
 void UnregisterHDC(GpGraphics* dc) noexcept;
+// The part `area` of a bitmap (clamped to it) in a premultiplied bitmap one pixel larger on every
+// side, whose border repeats the part's edge pixels; null when nothing of the part lies on the
+// bitmap. libgdiplus samples a scaled image beyond its edges, where it reads transparency and
+// fades the image's outermost pixels; drawn from inside such a copy, the edges keep their colour.
+ImageHandle PaddedCopy(GpBitmap* bitmap, GpRect area);
+
 // Counts every registration and withdrawal: while it stands still, no device context has
 // come or gone, and a graphics made on one is still good.
 uint64_t HDCChanges() noexcept;

@@ -75,6 +75,7 @@ class cls_DrawGraphics final : public ObjectOf<cls_DrawGraphics> {
   // top right and bottom left corners `to` gives, in world coordinates.
   void hImage(const Variant& pImage, const mdl_GDIPlus::GpRectF* source, const Affine::Point (&to)[3],
               const Variant& pImageAttributes);
+  mdl_GDIPlus::GpImage* hPadded(const cls_DrawImage& image, const mdl_GDIPlus::GpRect& area);
   void hFit(const Variant& pImage, const Variant& pRect, const mdl_GDIPlus::GpRectF& part, bool pKeepAspectRatio,
             enm_TextAlign pAlign, const Variant& pImageAttributes);
   static Ref<Object> hProjected(const Variant& pPointOrRect, const Affine& map);
@@ -119,6 +120,15 @@ class cls_DrawGraphics final : public ObjectOf<cls_DrawGraphics> {
   };
   static constexpr size_t kMeasuredKept = 512;
   std::unordered_map<MeasureKey, mdl_GDIPlus::GpRectF, MeasureKeyHash> measured_;
+  // The copy with repeated edges that scaled image drawing last made, and what it was made of.
+  struct PaddedKey {
+    const void* bitmap;
+    uint64_t stamp;
+    int32_t x, y, w, h;
+    bool operator==(const PaddedKey&) const = default;
+  };
+  PaddedKey paddedKey_{};
+  mdl_GDIPlus::ImageHandle padded_;
   // Last: an open graphics goes before the image it draws on.
   mdl_GDIPlus::GraphicsHandle graphics_;
 };

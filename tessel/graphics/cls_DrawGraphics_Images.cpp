@@ -2,7 +2,7 @@
 // a rectangle, a part stretched, or warped onto a parallelogram.
 //
 // Every operation comes down to one: a part of the image onto a parallelogram in world
-// coordinates. An upright one is drawn as a rectangle; any other through a world transform of
+// coordinates. At its own size it is drawn as it is; any other way through a world transform of
 // its own, put before the projection and taken away again, since libgdiplus draws images onto
 // points without the projection. The projection therefore applies to all of them alike.
 // Images are drawn through the platform's bilinear filter whatever `interpolation` says
@@ -16,6 +16,7 @@
 #include <tessel/images/cls_DrawImage.h>
 
 #include <algorithm>
+#include <cmath>
 
 namespace tessel {
 
@@ -49,17 +50,30 @@ void cls_DrawGraphics::hImage(const Variant& pImage, const gp::GpRectF* source, 
   const gp::GpRectF part = source ? *source : wholeImage(native);
   if (part.Width <= 0 || part.Height <= 0) return;
 
-  gp::GpGraphics* g = graphics_.get();
-  const Affine::Point &a = to[0], &b = to[1], &c = to[2];
   // Every number the platform gets is a finite single (6 otherwise): an infinite one would leave
   // the native graphics unable to draw again.
-  if (a.y == b.y && a.x == c.x) {
-    gp::Check(gp::GdipDrawImageRectRect(g, native, checkedSingle(a.x), checkedSingle(a.y), checkedSingle(b.x - a.x),
-                                        checkedSingle(c.y - a.y), part.X, part.Y, part.Width, part.Height,
-                                        gp::UnitPixel, nativeAttributes, nullptr, nullptr));
+  gp::GpGraphics* g = graphics_.get();
+  const Affine::Point &a = to[0], &b = to[1], &c = to[2];
+  if (a.y == b.y && a.x == c.x && b.x - a.x == part.Width && c.y - a.y == part.Height) {
+    // At its own size and upright: drawn as it is.
+    gp::Check(gp::GdipDrawImageRectRect(g, native, checkedSingle(a.x), checkedSingle(a.y), part.Width, part.Height,
+                                        part.X, part.Y, part.Width, part.Height, gp::UnitPixel, nativeAttributes,
+                                        nullptr, nullptr));
     return;
   }
-  // The part's pixels (0, 0)-(w, h) onto the parallelogram, before the projection.
+  // Scaled, stretched or warped: libgdiplus scales an image only when both of its sides change
+  // size, and fades its outermost pixels. So the part is drawn from a copy with repeated edges,
+  // at its own size, under a transform of its own that maps it onto the parallelogram.
+  const gp::GpRectF whole = wholeImage(native);
+  const float left = std::max(0.0f, std::floor(part.X)), top = std::max(0.0f, std::floor(part.Y));
+  const float right = std::min(whole.Width, std::ceil(part.X + part.Width));
+  const float bottom = std::min(whole.Height, std::ceil(part.Y + part.Height));
+  if (right <= left || bottom <= top) return;
+  const gp::GpRect area{static_cast<int32_t>(left), static_cast<int32_t>(top), static_cast<int32_t>(right - left),
+                        static_cast<int32_t>(bottom - top)};
+  gp::GpImage* padded = hPadded(static_cast<cls_DrawImage&>(*image), area);
+  if (!padded) return;
+
   gp::GpMatrix* made = nullptr;
   gp::Check(gp::GdipCreateMatrix(&made));
   gp::MatrixHandle saved(made);
@@ -70,11 +84,21 @@ void cls_DrawGraphics::hImage(const Variant& pImage, const gp::GpRectF* source, 
                                   checkedSingle(a.y), &made));
   gp::MatrixHandle warp(made);
   gp::Check(gp::GdipMultiplyWorldTransform(g, warp.get(), gp::MatrixOrderPrepend));
-  const gp::GpStatus drawn = gp::GdipDrawImageRectRect(g, native, 0, 0, part.Width, part.Height, part.X, part.Y,
-                                                       part.Width, part.Height, gp::UnitPixel, nativeAttributes,
-                                                       nullptr, nullptr);
+  const gp::GpStatus drawn =
+      gp::GdipDrawImageRectRect(g, padded, 0, 0, part.Width, part.Height, part.X - left + 1, part.Y - top + 1,
+                                part.Width, part.Height, gp::UnitPixel, nativeAttributes, nullptr, nullptr);
   gp::GdipSetWorldTransform(g, saved.get());
   gp::Check(drawn);
+}
+
+// The last padded copy is kept: a picture drawn scaled on every repaint is copied once.
+gp::GpImage* cls_DrawGraphics::hPadded(const cls_DrawImage& image, const gp::GpRect& area) {
+  const PaddedKey key{image.bitmap(), image.bitmapStamp(), area.X, area.Y, area.Width, area.Height};
+  if (!padded_ || !(paddedKey_ == key)) {
+    padded_ = gp::PaddedCopy(image.bitmap(), area);
+    paddedKey_ = key;
+  }
+  return padded_.get();
 }
 
 void cls_DrawGraphics::Image(Call, const Variant& pImage, float pX, float pY, const Variant& pImageAttributes) {
