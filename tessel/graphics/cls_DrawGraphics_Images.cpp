@@ -10,7 +10,6 @@
 #include <tessel/graphics/cls_DrawGraphics.h>
 
 #include <tessel/core/Checked.h>
-
 #include <tessel/geometry/cls_DrawToolPoint.h>
 #include <tessel/graphics/SurfaceArgs.h>
 #include <tessel/images/cls_DrawImage.h>

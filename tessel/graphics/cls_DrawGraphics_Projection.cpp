@@ -9,7 +9,6 @@
 #include <tessel/graphics/cls_DrawGraphics.h>
 
 #include <tessel/core/Checked.h>
-
 #include <tessel/geometry/cls_DrawPoint.h>
 #include <tessel/geometry/cls_DrawRect.h>
 #include <tessel/geometry/cls_DrawToolPoint.h>

@@ -8,7 +8,6 @@
 #include <tessel/graphics/cls_DrawGraphics.h>
 
 #include <tessel/core/Checked.h>
-
 #include <tessel/geometry/cls_DrawRect.h>
 #include <tessel/geometry/cls_DrawToolPoint.h>
 #include <tessel/graphics/SurfaceArgs.h>
@@ -52,7 +51,6 @@ Variant cls_DrawGraphics::hBrushOrDefault(const Variant& pBrush) const {
   return pBrush.isMissing() ? Variant(brush_) : pBrush;
 }
 
-
 void cls_DrawGraphics::PATH(Call, const Variant& pPath, const Variant& pPen, const Variant& pBrush) {
   const Variant pen = hPenOrDefault(pPen), brush = hBrushOrDefault(pBrush);
   const Ref<Object> penObject = penArg(pen), brushObject = brushArg(brush), pathObject = hPathArg(pPath);
@@ -71,8 +69,7 @@ void cls_DrawGraphics::ELLIPSE(Call, const Variant& pRect, const Variant& pBrush
   // exact fill).
   if (s.nativeBrush) gp::GdipFillEllipse(graphics_.get(), s.nativeBrush, s.box.x, s.box.y, s.box.w, s.box.h);
   if (s.nativePen)
-    gp::GdipDrawEllipseI(graphics_.get(), s.nativePen, whole(s.box.x), whole(s.box.y), whole(s.box.w),
-                                       whole(s.box.h));
+    gp::GdipDrawEllipseI(graphics_.get(), s.nativePen, whole(s.box.x), whole(s.box.y), whole(s.box.w), whole(s.box.h));
 }
 
 void cls_DrawGraphics::PIE(Call, const Variant& pRect, double pAngleStart, double pAngleSweep, const Variant& pBrush,

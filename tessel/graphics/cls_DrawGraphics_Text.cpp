@@ -7,7 +7,6 @@
 #include <tessel/graphics/cls_DrawGraphics.h>
 
 #include <tessel/core/Checked.h>
-
 #include <tessel/geometry/cls_DrawRect.h>
 #include <tessel/graphics/SurfaceArgs.h>
 #include <tessel/resources/cls_DrawFont.h>
