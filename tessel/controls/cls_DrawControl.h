@@ -1,0 +1,62 @@
+// The control node (cls_DrawControl.members): its data, its behaviour table and its children.
+//
+// Rules, written once:
+// - Every setter of a property that shows asks for a repaint when the value changes (hReRender):
+//   the node's box, mapped to the device by the surface it was last rendered on, joins that
+//   surface's pending area. Without such a surface nothing happens; nothing draws at once.
+// - A change of SORT resets the behaviour table to the kind's switches before its repaint
+//   request (hSortChanged), so switches set before are lost.
+// - Children are held by counted references, position 1 at the front (drawn last, asked first);
+//   there is no link back to the parent and no removal.
+#pragma once
+
+#include <tessel/controls/cls_DrawControl.members.h>
+#include <tessel/core/TypeLib.h>
+#include <tessel/core/mdl_Basalt.h>
+#include <tessel/graphics/cls_DrawGraphics.h>
+
+#include <array>
+#include <string>
+#include <vector>
+
+namespace tessel {
+
+class cls_DrawControl final : public ObjectOf<cls_DrawControl> {
+  TESSEL_MEMBERS(cls_DrawControl)
+
+ public:
+  cls_DrawControl();
+
+  // The surface the node was last rendered on (null before); drawing code sets it.
+  const Ref<cls_DrawGraphics>& attached() const noexcept { return surface_; }
+  void attach(Ref<cls_DrawGraphics> surface) noexcept { surface_ = std::move(surface); }
+
+ private:
+  void hSortChanged();
+  void hReRender();
+  // Stores `value` in `field` and asks for a repaint when it changed.
+  template <class T>
+  void hChange(T& field, const T& value) {
+    if (field == value) return;
+    field = value;
+    hReRender();
+  }
+
+  static constexpr size_t kBehaviours = 21;
+  Ref<cls_DrawImage> icon_;
+  Ref<cls_DrawFont> textFont_;
+  std::u16string id_;
+  Ref<cls_DrawRect> box_;
+  int32_t iconSize_ = 0;
+  enm_UIIconPosition iconPosition_ = enm_UIIconPosition::ID_UIIconPosition_Left;
+  int32_t padding_ = 0;
+  enm_UIControl sort_ = static_cast<enm_UIControl>(0);
+  std::u16string text_;
+  enm_TextAlign textAlign_ = enm_TextAlign::ID_TextAlign_LeftMiddle;
+  bool pressed_ = false, focus_ = false, enabled_ = false, hover_ = false;
+  std::array<bool, kBehaviours> behaviour_{};
+  std::vector<Ref<cls_DrawControl>> children_;  // position 1 is children_[0]
+  Ref<cls_DrawGraphics> surface_;
+};
+
+}  // namespace tessel
