@@ -25,6 +25,8 @@ cls_DrawControl::cls_DrawControl() {
   });
 }
 
+cls_DrawControl::~cls_DrawControl() = default;
+
 Ref<cls_DrawImage> cls_DrawControl::ICON(Get) const { return icon_; }
 void cls_DrawControl::ICON(Set, Ref<cls_DrawImage> RHS) { icon_ = std::move(RHS); }
 Ref<cls_DrawFont> cls_DrawControl::TEXTFONT(Get) const { return textFont_; }
@@ -106,10 +108,21 @@ void cls_DrawControl::hSortChanged() {
   }
 }
 
-// The box as the device sees it joins the attached surface's pending area; nothing draws here.
+void cls_DrawControl::attach(Ref<cls_DrawGraphics> surface) {
+  surface_ = std::move(surface);
+  drawnAt_ = surface_ ? surface_->worldToDevice() : Affine{};
+}
+
+// The box where the device shows it joins the attached surface's pending area; nothing draws
+// here. The box is mapped as REPROJECT maps it, by the projection the node was last drawn under:
+// outside a render or a pointer event the surface's projection no longer holds the shifts of
+// the node's parents, and a nested node would ask for the wrong place.
 void cls_DrawControl::hReRender() {
   if (!surface_) return;
-  const Ref<Object> onDevice = surface_->REPROJECT(Variant(box_));
+  const Affine::Point at = drawnAt_.map({hBox()->X(), hBox()->Y()});
+  Ref<cls_DrawRect> onDevice = make<cls_DrawRect>();
+  onDevice->COPY(hBox());
+  onDevice->MOVE(static_cast<float>(at.x), static_cast<float>(at.y), -1, -1);
   surface_->RENDERWINDOW(Variant(onDevice));
 }
 

@@ -8,6 +8,10 @@
 //   request (hSortChanged), so switches set before are lost.
 // - Children are held by counted references, position 1 at the front (drawn last, asked first);
 //   there is no link back to the parent and no removal.
+// - A child's coordinates start at its parent's child origin: the box's top left, moved by
+//   CHILDBOX's position when CHILDBOX has a width. Drawing shifts the surface's projection by it
+//   (cls_DrawControl_Render.cpp), pointer handling shifts the point by it
+//   (cls_DrawControl_Pointer.cpp), so what is drawn and what is hit agree at every depth.
 #pragma once
 
 #include <tessel/controls/cls_DrawControl.members.h>
@@ -16,6 +20,7 @@
 #include <tessel/graphics/cls_DrawGraphics.h>
 
 #include <array>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -26,14 +31,32 @@ class cls_DrawControl final : public ObjectOf<cls_DrawControl> {
 
  public:
   cls_DrawControl();
+  ~cls_DrawControl() override;
 
-  // The surface the node was last rendered on (null before); drawing code sets it.
+  // The surface the node was last rendered on (null before), and how the node's own coordinates
+  // mapped to its device then; RENDER attaches.
   const Ref<cls_DrawGraphics>& attached() const noexcept { return surface_; }
-  void attach(Ref<cls_DrawGraphics> surface) noexcept { surface_ = std::move(surface); }
+  void attach(Ref<cls_DrawGraphics> surface);
 
  private:
+  // The node's paths and brushes, kept between renders (cls_DrawControl_Look.cpp).
+  struct Look;
+  struct LookDeleter {
+    void operator()(Look* look) const noexcept;
+  };
+
+  // BOX, which the application may have set to Nothing (91 then).
+  const Ref<cls_DrawRect>& hBox() const {
+    if (!box_) raise(rt::ObjectNotSet);
+    return box_;
+  }
+  void hSetFocus(const Ref<cls_DrawControl>& pParent);
   void hSortChanged();
   void hReRender();
+  // Paints the node itself, its body, caption and icon, on a ready surface.
+  void hPaint(cls_DrawGraphics& g);
+  // Where the children's coordinates start, in this node's parent coordinates.
+  Ref<cls_DrawPoint> hChildOrigin() const;
   // Stores `value` in `field` and asks for a repaint when it changed.
   template <class T>
   void hChange(T& field, const T& value) {
@@ -57,6 +80,12 @@ class cls_DrawControl final : public ObjectOf<cls_DrawControl> {
   std::array<bool, kBehaviours> behaviour_{};
   std::vector<Ref<cls_DrawControl>> children_;  // position 1 is children_[0]
   Ref<cls_DrawGraphics> surface_;
+  Affine drawnAt_;  // the node's coordinates to device pixels, when it was last rendered
+  // The drag record: a press on this node not yet released, the pointer at the last press or
+  // move, and whether a window is being dragged by its title strip.
+  bool active_ = false, moving_ = false;
+  int32_t lastX_ = 0, lastY_ = 0;
+  std::unique_ptr<Look, LookDeleter> look_;
 };
 
 }  // namespace tessel

@@ -116,6 +116,10 @@ bool cls_DrawGraphics::READY(Call) {
   const uint64_t changes = gp::HDCChanges();
   if (graphics_ && !isImage_ && !lockedImage_ && lockedDC_ == hdc_ && changes == checkedChanges_) return true;
   checkedChanges_ = changes;
+  // Held, an image keeps the graphics open on its present bitmap.
+  if (holds_ > 0 && graphics_ && isImage_ && lockedImage_ && lockedImage_.get() == device_.get() &&
+      lockedImage_->bitmapStamp() == lockedStamp_)
+    return true;
   // A graphics on an image that has had its bitmap replaced or freed since would draw on freed
   // memory. Bound to the image, LOCKIT replaces it anyway; after DISCONNECT, which does not
   // release, this closes it.

@@ -54,6 +54,24 @@ class cls_DrawGraphics final : public ObjectOf<cls_DrawGraphics> {
   // page unit's scale; the identity while closed.
   Affine worldToDevice() const;
 
+  // While a hold lasts, a surface on an image keeps the native graphics it has open from one
+  // drawing call to the next, instead of opening a new one on every call: a control tree holds
+  // its surface while it draws, so that the shifts and the clip it sets last as on a window.
+  // Holds nest; the first one opens a fresh graphics, as any call on an image does.
+  class Hold {
+   public:
+    explicit Hold(cls_DrawGraphics& g) : g_(g) {
+      if (g_.holds_ == 0) g_.READY();
+      ++g_.holds_;
+    }
+    ~Hold() { --g_.holds_; }
+    Hold(const Hold&) = delete;
+    Hold& operator=(const Hold&) = delete;
+
+   private:
+    cls_DrawGraphics& g_;
+  };
+
   // Takes the size of the bound image again, after the image was given a new bitmap (CREATE,
   // LOAD); does nothing unless an image is bound.
   void followImageSize();
@@ -103,6 +121,7 @@ class cls_DrawGraphics final : public ObjectOf<cls_DrawGraphics> {
   int64_t lockedDC_ = 0;  // the device context the open graphics was made for; 0 when none
   uint64_t lockedDCStamp_ = 0;  // and the registration it was made under
   uint64_t checkedChanges_ = ~uint64_t(0);  // the device-context changes READY last looked at
+  int32_t holds_ = 0;                       // Hold
   // The image the open graphics draws on, kept alive while it is open, and the stamp of the
   // bitmap it was made on.
   Ref<cls_DrawImage> lockedImage_;
