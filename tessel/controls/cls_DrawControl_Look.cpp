@@ -277,6 +277,26 @@ struct Content {
   }
 };
 
+// Keeps what is drawn while it lives inside an area, on top of the clip there is, and puts that
+// clip back: a caption too long for its node wraps, and stays inside the node's box all the same.
+class ClipTo {
+ public:
+  ClipTo(gp::GpGraphics* g, Area a) : g_(g) {
+    saved_ = gp::Succeeded(gp::GdipSaveGraphics(g_, &state_));
+    if (saved_) gp::GdipSetClipRect(g_, a.x, a.y, a.w, a.h, gp::CombineModeIntersect);
+  }
+  ~ClipTo() {
+    if (saved_) gp::GdipRestoreGraphics(g_, state_);
+  }
+  ClipTo(const ClipTo&) = delete;
+  ClipTo& operator=(const ClipTo&) = delete;
+
+ private:
+  gp::GpGraphics* g_;
+  uint32_t state_ = 0;
+  bool saved_ = false;
+};
+
 // Fills and outlines through the surface, so that its projection and clip apply.
 void fill(cls_DrawGraphics& g, const Ref<cls_DrawPath>& path, const Ref<cls_DrawBrush>& brush) {
   g.PATH(Variant(path), Variant(palette().noPen), Variant(brush));
@@ -338,6 +358,7 @@ void cls_DrawControl::hPaint(cls_DrawGraphics& g) {
       fill(g, Look::kept(look.body, [&] { return plain(shape); }),
            Look::kept(look.fill[0], [&] { return gradient(box, p.desktopTop, p.desktopBottom); }));
       content.ink = enabled_ ? p.inkDesktop : p.inkDisabled;
+      const ClipTo inside(native, box);
       content.draw(g, inset(box, pad));
       break;
     }
@@ -368,7 +389,9 @@ void cls_DrawControl::hPaint(cls_DrawGraphics& g) {
       outline(g, body(), focused ? p.frameRim : p.idleFrameRim);
       if (!enabled_) fill(g, body(), veil());
       content.ink = !enabled_ ? p.inkDisabled : focused ? p.inkOnDark : p.inkIdleTitle;
-      content.draw(g, {box.x + pad, box.y + pad, box.w - 2 * pad, std::min(kTitleStrip, box.h) - 2 * pad});
+      const Area title{box.x, box.y, box.w, std::min(kTitleStrip, box.h)};
+      const ClipTo inside(native, title);
+      content.draw(g, {title.x + pad, title.y + pad, title.w - 2 * pad, title.h - 2 * pad});
       break;
     }
     default: {  // a button, and a container with a button's states when its behaviours allow them
@@ -394,6 +417,7 @@ void cls_DrawControl::hPaint(cls_DrawGraphics& g) {
       content.ink = !enabled_ ? p.inkDisabled : (down && button) ? p.inkOnDark : p.ink;
       // Pressed, the content sinks by a unit.
       const float sink = down ? 1.0f : 0.0f;
+      const ClipTo inside(native, box);
       content.draw(g, {box.x + pad + sink, box.y + pad + sink, box.w - 2 * pad, box.h - 2 * pad});
       break;
     }

@@ -292,6 +292,9 @@ inline constexpr int CombineModeIntersect = 1;
 GpStatus GdipSetClipPath(GpGraphics* graphics, GpPath* path, int combineMode);
 GpStatus GdipSetClipRect(GpGraphics* graphics, REAL x, REAL y, REAL width, REAL height, int combineMode);
 GpStatus GdipResetClip(GpGraphics* graphics);
+// The graphics' state (transform, clip, modes) kept aside and put back.
+GpStatus GdipSaveGraphics(GpGraphics* graphics, uint32_t* state);
+GpStatus GdipRestoreGraphics(GpGraphics* graphics, uint32_t state);
 
 // Rendering modes. libgdiplus stores the compositing quality without using it.
 GpStatus GdipGetSmoothingMode(GpGraphics* graphics, int* mode);

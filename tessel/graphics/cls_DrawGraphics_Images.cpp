@@ -78,11 +78,18 @@ void cls_DrawGraphics::hImage(const Variant& pImage, const gp::GpRectF* source, 
   gp::MatrixHandle saved(made);
   gp::Check(gp::GdipGetWorldTransform(g, saved.get()));
   const double w = part.Width, h = part.Height;
-  gp::Check(gp::GdipCreateMatrix2(checkedSingle((b.x - a.x) / w), checkedSingle((b.y - a.y) / w),
-                                  checkedSingle((c.x - a.x) / h), checkedSingle((c.y - a.y) / h), checkedSingle(a.x),
-                                  checkedSingle(a.y), &made));
-  gp::MatrixHandle warp(made);
-  gp::Check(gp::GdipMultiplyWorldTransform(g, warp.get(), gp::MatrixOrderPrepend));
+  // The warp goes before the projection. The product is set as a whole: libgdiplus multiplying
+  // it in itself would move a clip along with the drawing.
+  const Affine warp{(b.x - a.x) / w, (b.y - a.y) / w, (c.x - a.x) / h, (c.y - a.y) / h, a.x, a.y};
+  float e[6] = {1, 0, 0, 1, 0, 0};
+  gp::GdipGetMatrixElements(saved.get(), e);
+  const Affine both{warp.m11 * e[0] + warp.m12 * e[2],          warp.m11 * e[1] + warp.m12 * e[3],
+                    warp.m21 * e[0] + warp.m22 * e[2],          warp.m21 * e[1] + warp.m22 * e[3],
+                    warp.dx * e[0] + warp.dy * e[2] + e[4], warp.dx * e[1] + warp.dy * e[3] + e[5]};
+  gp::Check(gp::GdipCreateMatrix2(checkedSingle(both.m11), checkedSingle(both.m12), checkedSingle(both.m21),
+                                  checkedSingle(both.m22), checkedSingle(both.dx), checkedSingle(both.dy), &made));
+  gp::MatrixHandle combined(made);
+  gp::Check(gp::GdipSetWorldTransform(g, combined.get()));
   const gp::GpStatus drawn =
       gp::GdipDrawImageRectRect(g, padded, 0, 0, part.Width, part.Height, part.X - left + 1, part.Y - top + 1,
                                 part.Width, part.Height, gp::UnitPixel, nativeAttributes, nullptr, nullptr);

@@ -342,6 +342,14 @@ TEST_F(Drawing, ImagesAtTheirSizeFittedPartedAndWarpedUnderTheProjection) {
   EXPECT_EQ(p.count(kBlue, 0, 0, 19, 19), 20 * 20);
   EXPECT_EQ(p.ink(21, 0, 29, 29), 0);
 
+  // Scaled under a projection and a clip: the clip stays where it was set.
+  Target c(60, 60);
+  c.g->OFFSET(point(30, 40));
+  c.g->CLIP(rect(0, 0, 10, 10));
+  c.g->IMAGEFIT(Variant(image), rect(-20, -20, 60, 60), false);
+  EXPECT_EQ(c.count(kRed, 30, 40, 39, 49), 100);
+  EXPECT_EQ(c.count(kRed, 0, 0, 59, 59), 100);
+
   // Warped onto a parallelogram, under an offset, and faded by image attributes.
   Target w(60, 60);
   w.g->OFFSET(point(20, 0));
