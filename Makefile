@@ -34,7 +34,7 @@ demo: build
 pictures: build
 	@mkdir -p out/pictures
 	env -u DISPLAY $(BUILD)/bin/tessel-showcase out/pictures/showcase.png
-	cp out/pictures/resources.png out/pictures/images.png out/pictures/surface.png out/pictures/icons.png docs/pictures/
+	cp out/pictures/resources.png out/pictures/images.png out/pictures/surface.png out/pictures/icons.png out/pictures/controls.png docs/pictures/
 
 bench: build
 	@if [ -x $(BUILD)/bin/tessel-bench ]; then \

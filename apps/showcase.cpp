@@ -39,6 +39,7 @@ bool drawResources(const std::string& file);
 bool drawImages(const std::string& folder);
 bool drawSurface(const std::string& folder);
 bool drawIcons(const std::string& file);
+bool drawControls(const std::string& file);
 
 int main(int argc, char** argv) {
   std::string out = argc > 1 ? argv[1] : "showcase.png";
@@ -73,6 +74,7 @@ int main(int argc, char** argv) {
       {"images", drawImages},
       {"icons", [](const std::string& f) { return drawIcons(f + "icons.png"); }},
       {"surface", drawSurface},
+      {"controls", [](const std::string& f) { return drawControls(f + "controls.png"); }},
   };
   for (const auto& picture : pictures) {
     if (!picture.draw(folder)) {
