@@ -214,7 +214,6 @@ struct Content {
 
   void draw(cls_DrawGraphics& g, Area r) const {
     if (r.w <= 0 || r.h <= 0) return;
-    const Palette& p = palette();
     const int32_t across = align % 4 == 3 ? 0 : align % 4, down = align / 4;  // block text sets as left
     const bool hasIcon = icon && icon->HANDLE() != 0;
     if (!hasIcon) {
