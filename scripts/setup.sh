@@ -5,6 +5,8 @@ set -euo pipefail
 packages=(
   cmake ninja-build g++ pkg-config            # build
   libgdiplus libgtk-3-dev fonts-liberation    # platform: flat API, host control and dialogs, "Arial"
+  python3-gi gir1.2-gtk-3.0                   # the host control from Python's GTK
+  xvfb xauth xdotool                          # the on-screen tests: a display of their own, real input
   pybind11-dev python3-dev python3-pytest     # the Python module and its tests
   python3-numpy python3-pil                   # the tests of images shared in place with numpy and PIL
   libgtest-dev libgmock-dev libbenchmark-dev  # C++ tests and benchmarks

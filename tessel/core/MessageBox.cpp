@@ -35,11 +35,6 @@ bool haveDisplay() {
   return (x && *x) || (w && *w);
 }
 
-// GTK is started once, on first need; a display that cannot be opened means no dialogs.
-bool gtkReady() {
-  static const bool ok = haveDisplay() && gtk_init_check(nullptr, nullptr);
-  return ok;
-}
 
 struct ButtonSpec {
   const char* label;
@@ -95,12 +90,18 @@ void setMessageBoxHandler(MessageBoxHandler handler) {
   handlerSlot() = std::move(handler);
 }
 
+// Once, on first need; a display that cannot be opened means no dialogs and no windows.
+bool startGtk() {
+  static const bool ok = haveDisplay() && gtk_init_check(nullptr, nullptr);
+  return ok;
+}
+
 bool canShowMessageBox() {
   {
     std::lock_guard lock(gHandlerLock);
     if (handlerSlot()) return true;
   }
-  return gtkReady();
+  return startGtk();
 }
 
 MsgResult MsgBox(const MsgBoxRequest& request) {
@@ -110,7 +111,7 @@ MsgResult MsgBox(const MsgBoxRequest& request) {
     h = handlerSlot();
   }
   if (h) return h(request);
-  if (gtkReady()) {
+  if (startGtk()) {
     std::lock_guard lock(gDialogLock);
     return gtkMessageBox(request);
   }

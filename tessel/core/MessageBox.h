@@ -25,6 +25,10 @@ using MessageBoxHandler = std::function<MsgResult(const MsgBoxRequest&)>;
 // Installs an answerer for the whole process; an empty handler restores the built-in service.
 void setMessageBoxHandler(MessageBoxHandler handler);
 
+// Starts GTK on the first call, once for the process; False when no display can be opened. The
+// dialogs and the on-screen host control both start it here.
+bool startGtk();
+
 // Whether a dialog can be put before somebody: an answerer is installed or a display is there.
 bool canShowMessageBox();
 

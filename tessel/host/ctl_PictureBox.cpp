@@ -86,7 +86,7 @@ void ctl_PictureBox::resize(int32_t width, int32_t height) {
   if (width == width_ && height == height_) return;
   width_ = width;
   height_ = height;
-  trap("UserControl_Resize", [&] { UserControl_Resize(); });
+  handler("UserControl_Resize", [&] { UserControl_Resize(); });
 }
 
 void ctl_PictureBox::UserControl_Resize() {
