@@ -18,8 +18,10 @@ namespace {
 // not serialized (an answerer may wait for a lock that the thread replacing it holds, such as
 // Python's), so a host's answerer must expect calls from any thread.
 std::mutex gHandlerLock;
-// GTK is not thread-safe: one built-in dialog at a time, whichever thread asks.
-std::mutex gDialogLock;
+// GTK is not thread-safe: one built-in dialog at a time, whichever thread asks. The thread that
+// shows one may show another from inside it (an error in something its main loop runs meanwhile),
+// so the lock is recursive.
+std::recursive_mutex gDialogLock;
 MessageBoxHandler& handlerSlot() {
   static MessageBoxHandler h;
   return h;

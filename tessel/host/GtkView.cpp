@@ -18,6 +18,23 @@ namespace {
 
 using PointerEvent = Event<int16_t&, int16_t&, float&, float&>;
 
+// Nothing may unwind through GTK's C frames. What reaches here has been through the error path
+// already (an event procedure shows its dialog); an ending program leaves the main loop.
+template <class F>
+void guarded(F&& f) noexcept {
+  try {
+    f();
+  } catch (const Terminated&) {
+    if (gtk_main_level() > 0) gtk_main_quit();
+  } catch (const Error& e) {
+    g_warning("tessel: %s (%s)", e.what(), e.source().c_str());
+  } catch (const std::exception& e) {
+    g_warning("tessel: %s", e.what());
+  } catch (...) {
+    g_warning("tessel: an unknown failure in an event handler");
+  }
+}
+
 // The view: what a box's widget knows. It lives as long as the widget and holds the box (and
 // the control around it, if any) so that neither goes while it is shown.
 class BoxView final : public PictureBoxView {
@@ -47,6 +64,12 @@ class BoxView final : public PictureBoxView {
   }
 
   GtkWidget* widget() const noexcept { return area_; }
+
+  // An event of the box, with nothing let through to GTK.
+  template <class... A>
+  void send(A&&... args) {
+    guarded([&] { box_->deliver(std::forward<A>(args)...); });
+  }
 
   void repaint() override {
     stale_ = true;
@@ -90,10 +113,12 @@ class BoxView final : public PictureBoxView {
 
   static void onAllocate(GtkWidget*, GdkRectangle* a, gpointer self) {
     auto* v = static_cast<BoxView*>(self);
-    if (v->control_)
-      v->control_->resize(a->width, a->height);
-    else
-      v->box_->Move(0, 0, Variant(a->width), Variant(a->height));
+    guarded([&] {
+      if (v->control_)
+        v->control_->resize(a->width, a->height);
+      else
+        v->box_->Move(0, 0, Variant(a->width), Variant(a->height));
+    });
     v->stale_ = true;
   }
 
@@ -118,14 +143,14 @@ class BoxView final : public PictureBoxView {
   void pointer(PointerEvent PictureBox::*event, int16_t button, guint state, double x, double y) {
     int16_t shift = shiftCode(state);
     float sx = box_->ScaleX(static_cast<float>(x), 3), sy = box_->ScaleY(static_cast<float>(y), 3);
-    box_->deliver(event, button, shift, sx, sy);
+    send(event, button, shift, sx, sy);
   }
 
   static gboolean onPress(GtkWidget* w, GdkEventButton* e, gpointer self) {
     auto* v = static_cast<BoxView*>(self);
     gtk_widget_grab_focus(w);
     if (e->type == GDK_2BUTTON_PRESS) {
-      v->box_->deliver(&PictureBox::DblClick);
+      v->send(&PictureBox::DblClick);
       return TRUE;
     }
     if (e->type != GDK_BUTTON_PRESS) return TRUE;
@@ -142,7 +167,7 @@ class BoxView final : public PictureBoxView {
     GtkAllocation a;
     gtk_widget_get_allocation(w, &a);
     const bool inside = e->x >= 0 && e->y >= 0 && e->x < a.width && e->y < a.height;
-    if (button != 0 && button == v->pressed_ && inside) v->box_->deliver(&PictureBox::Click);
+    if (button != 0 && button == v->pressed_ && inside) v->send(&PictureBox::Click);
     v->pressed_ = 0;
     return TRUE;
   }
@@ -157,10 +182,10 @@ class BoxView final : public PictureBoxView {
     auto* v = static_cast<BoxView*>(self);
     int16_t code = virtualKey(e->keyval), shift = shiftCode(e->state);
     if (e->type == GDK_KEY_RELEASE) {
-      v->box_->deliver(&PictureBox::KeyUp, code, shift);
+      v->send(&PictureBox::KeyUp, code, shift);
       return TRUE;
     }
-    v->box_->deliver(&PictureBox::KeyDown, code, shift);
+    v->send(&PictureBox::KeyDown, code, shift);
     if (code == 0) return TRUE;  // swallowed by a handler, or no key of the host's
     // A character for the keys that type one.
     const gunichar c = gdk_keyval_to_unicode(e->keyval);
@@ -170,7 +195,7 @@ class BoxView final : public PictureBoxView {
     else if (e->keyval == GDK_KEY_Escape) ascii = 27;
     else if (e->keyval == GDK_KEY_Tab) ascii = 9;
     else if (c >= 32 && c < 0x8000) ascii = static_cast<int16_t>(c);
-    if (ascii) v->box_->deliver(&PictureBox::KeyPress, ascii);
+    if (ascii) v->send(&PictureBox::KeyPress, ascii);
     return TRUE;
   }
 
@@ -191,7 +216,7 @@ class BoxView final : public PictureBoxView {
     int32_t effect = 1;  // copy
     int16_t button = 1, shift = 0;
     float sx = box_->ScaleX(static_cast<float>(x), 3), sy = box_->ScaleY(static_cast<float>(y), 3);
-    box_->deliver(&PictureBox::OLEDragOver, data, effect, button, shift, sx, sy, state);
+    send(&PictureBox::OLEDragOver, data, effect, button, shift, sx, sy, state);
     return effect;
   }
   static gboolean onDragMotion(GtkWidget*, GdkDragContext* context, int x, int y, guint time, gpointer self) {
@@ -242,7 +267,7 @@ class BoxView final : public PictureBoxView {
     int32_t effect = 1;
     int16_t button = 1, shift = 0;
     float sx = v->box_->ScaleX(static_cast<float>(v->dropX_), 3), sy = v->box_->ScaleY(static_cast<float>(v->dropY_), 3);
-    v->box_->deliver(&PictureBox::OLEDragDrop, data, effect, button, shift, sx, sy);
+    v->send(&PictureBox::OLEDragDrop, data, effect, button, shift, sx, sy);
     gtk_drag_finish(context, effect != 0, effect == 2, time);
     v->dropping_ = v->dragging_ = false;
   }
