@@ -8,7 +8,6 @@
 #include <csignal>
 #include <cstdint>
 #include <cstdlib>
-#include <filesystem>
 #include <string>
 #include <thread>
 #include <unistd.h>
@@ -61,23 +60,30 @@ class VirtualDisplay {
       why_ = "Xvfb or xdotool is not installed (make test installs both)";
       return;
     }
-    for (int n = 90; n < 120; ++n) {
-      if (std::filesystem::exists("/tmp/.X" + std::to_string(n) + "-lock")) continue;
-      const std::string display = ":" + std::to_string(n);
-      pid_ = fork();
-      if (pid_ == 0) {
-        execlp("Xvfb", "Xvfb", display.c_str(), "-screen", "0", "1024x768x24", "-nolisten", "tcp", nullptr);
-        _exit(127);
-      }
-      const std::string socket = "/tmp/.X11-unix/X" + std::to_string(n);
-      for (int i = 0; i < 200 && !std::filesystem::exists(socket); ++i)
-        std::this_thread::sleep_for(std::chrono::milliseconds(25));
-      if (std::filesystem::exists(socket)) {
-        setenv("DISPLAY", display.c_str(), 1);
-        return;
-      }
-      stop();
+    // Xvfb picks a free display itself and writes its number to the pipe when it is ready, so
+    // test programs running side by side each get one of their own.
+    int ready[2];
+    if (pipe(ready) != 0) {
+      why_ = "no pipe for Xvfb";
+      return;
     }
+    pid_ = fork();
+    if (pid_ == 0) {
+      close(ready[0]);
+      const std::string fd = std::to_string(ready[1]);
+      execlp("Xvfb", "Xvfb", "-displayfd", fd.c_str(), "-screen", "0", "1024x768x24", "-nolisten", "tcp", nullptr);
+      _exit(127);
+    }
+    close(ready[1]);
+    std::string number;
+    char c = 0;
+    while (read(ready[0], &c, 1) == 1 && c != '\n') number += c;
+    close(ready[0]);
+    if (!number.empty()) {
+      setenv("DISPLAY", (":" + number).c_str(), 1);
+      return;
+    }
+    stop();
     why_ = "no display could be started";
   }
   ~VirtualDisplay() { stop(); }
