@@ -128,6 +128,10 @@ Ref<cls_DrawColor> cls_DrawColor::CLONE(Call) const {
   return n;
 }
 
+void cls_DrawColor::INFO(Call) {
+  if (ColorInfoWindow) ColorInfoWindow(*this);
+}
+
 std::u16string cls_DrawColor::HTML(Call) const {
   static constexpr char16_t kDigits[] = u"0123456789ABCDEF";
   std::u16string s(u"#");

@@ -21,6 +21,12 @@
 
 namespace tessel {
 
+class cls_DrawColor;
+
+// The colour information window that INFO opens; the host layer fills it in when the library
+// loads. Without it (no windowing host) INFO does nothing.
+inline void (*ColorInfoWindow)(cls_DrawColor& colour) = nullptr;
+
 class cls_DrawColor final : public ObjectOf<cls_DrawColor> {
   TESSEL_MEMBERS(cls_DrawColor)
 

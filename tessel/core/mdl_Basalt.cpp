@@ -224,5 +224,11 @@ int32_t ColorFromName(std::u16string_view name, int32_t defaultColor) {
                  static_cast<int>(hit->rgb & 0xFF));
 }
 
+std::string NameOfColor(uint32_t rgb) {
+  for (const NamedColor& c : kNames)
+    if (c.rgb == (rgb & 0xFFFFFF)) return std::string(c.name);
+  return {};
+}
+
 }  // namespace mdl_Basalt
 }  // namespace tessel

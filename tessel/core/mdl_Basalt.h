@@ -51,5 +51,9 @@ int32_t SysColor(enm_SysColor index);
 // colour; `defaultColor` for an unknown name.
 int32_t ColorFromName(std::u16string_view name, int32_t defaultColor);
 
+// The CSS colour name of 0xRRGGBB, the first in alphabetical order where several share it ("aqua"
+// before "cyan"); empty when none matches.
+std::string NameOfColor(uint32_t rgb);
+
 }  // namespace mdl_Basalt
 }  // namespace tessel

@@ -9,6 +9,7 @@
 // GTK runs on one thread, the one that started it; everything here belongs to that thread.
 #pragma once
 
+#include <tessel/color/cls_DrawColor.h>
 #include <tessel/host/PictureBox.h>
 #include <tessel/host/ctl_PictureBox.h>
 
@@ -25,6 +26,10 @@ GtkWidget* widgetOf(PictureBox& box);
 
 // The control's widget: its inner box's widget, whose allocation sizes the control.
 GtkWidget* widgetOf(ctl_PictureBox& control);
+
+// Opens the colour information window (what a colour's INFO does) and answers it; null without a
+// display. It holds the colour, follows its changes and goes when closed.
+GtkWidget* colorInfo(cls_DrawColor& colour);
 
 // The host's virtual-key code of a GDK key value; 0 for a key the host has no code for.
 int16_t virtualKey(unsigned keyval);

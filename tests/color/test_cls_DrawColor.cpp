@@ -32,6 +32,9 @@ TEST(DrawColor, PackedHostAndTextForms) {
   EXPECT_EQ(c->ATOM(), 0x04010203);
   EXPECT_EQ(c->BASIC(), 1 + 2 * 256 + 3 * 65536);
   EXPECT_EQ(color(10, 255, 0)->HTML(), u"#0AFF00");
+  const auto held = c->refCount();
+  c->INFO();  // no display here: no window, nothing held
+  EXPECT_EQ(c->refCount(), held);
   c->ATOM(static_cast<int32_t>(0x80FF0000u));  // the word's alpha is discarded
   EXPECT_EQ(rgba(c), (Channels{255, 0, 0, 255}));
   EXPECT_EQ(rgba(c->COPY(color(1, 2, 3, 4))), (Channels{1, 2, 3, 4}));

@@ -208,3 +208,48 @@ TEST_F(OnScreen, TheErrorDialogIsAnsweredOnTheDisplay) {
   mdl_Err::TerminateRequested = false;
   desk->BOX(box);
 }
+
+namespace {
+
+// The widget of that name inside a container, searched depth first.
+GtkWidget* named(GtkWidget* w, const char* name) {
+  if (g_strcmp0(gtk_widget_get_name(w), name) == 0) return w;
+  if (!GTK_IS_CONTAINER(w)) return nullptr;
+  GList* children = gtk_container_get_children(GTK_CONTAINER(w));
+  GtkWidget* found = nullptr;
+  for (GList* c = children; c && !found; c = c->next) found = named(GTK_WIDGET(c->data), name);
+  g_list_free(children);
+  return found;
+}
+
+GtkWidget* colourWindow() {
+  GList* all = gtk_window_list_toplevels();
+  GtkWidget* found = nullptr;
+  for (GList* w = all; w && !found; w = w->next)
+    if (g_strcmp0(gtk_window_get_title(GTK_WINDOW(w->data)), "Farbinformation") == 0) found = GTK_WIDGET(w->data);
+  g_list_free(all);
+  return found;
+}
+
+}  // namespace
+
+TEST_F(OnScreen, TheColourWindowShowsFollowsAndClosesWithoutALeak) {
+  auto colour = mdl_Global::DRAW()->COLOR()->AUTO(Variant(u"steelblue"));
+  const auto held = colour->refCount();
+  colour->INFO();
+  GtkWidget* w = nullptr;
+  ASSERT_TRUE(pumpUntil([&] { return (w = colourWindow()) != nullptr && gtk_widget_get_mapped(w); }));
+  auto text = [&](const char* label) { return std::string(gtk_label_get_text(GTK_LABEL(named(w, label)))); };
+  EXPECT_EQ(text("Hex"), "#4682B4");
+  EXPECT_EQ(text("CSS-Name"), "steelblue");
+  EXPECT_EQ(text("Rot"), "70");
+  EXPECT_GT(colour->refCount(), held);  // the window holds it
+
+  colour->R(255);
+  EXPECT_TRUE(pumpUntil([&] { return text("Hex") == "#FF82B4"; }));
+  EXPECT_EQ(text("CSS-Name"), "—");
+
+  gtk_button_clicked(GTK_BUTTON(named(w, "but_Close")));
+  EXPECT_TRUE(pumpUntil([&] { return colourWindow() == nullptr; }));
+  EXPECT_EQ(colour->refCount(), held);
+}
