@@ -50,7 +50,6 @@ class ColorInfo {
       gtk_widget_set_halign(name, GTK_ALIGN_START);
       values_[i] = gtk_label_new("");
       gtk_widget_set_halign(values_[i], GTK_ALIGN_END);
-      gtk_label_set_selectable(GTK_LABEL(values_[i]), TRUE);
       gtk_widget_set_name(values_[i], kNames[i]);
       gtk_grid_attach(GTK_GRID(grid), name, 1, i, 1, 1);
       gtk_grid_attach(GTK_GRID(grid), values_[i], 2, i, 1, 1);
