@@ -68,3 +68,16 @@ def test_bad_input_fails_on_the_error_path_and_leaves_the_tree_alone(desk):
         desk.HITTEST("(5,5)") and w.HITTEST("(5,5)")
     assert "91" in str(caught.value) or "Objekt" in str(caught.value)
     assert desk.CHILDREN() == 1 and not w.FOCUS
+
+
+def test_a_form_without_a_display_sizes_its_content_and_refuses_to_show():
+    form = tessel.HostForm()
+    assert not form.CANSHOW and form.AUTORENDER and form.Caption == "Tessel"
+    form.Move(10, 20, 300, 200)
+    assert (form.Width, form.Height) == (300, 200)
+    assert (form.CONTENT.Width, form.CONTENT.Height) == (300, 200)
+    with pytest.raises(tessel.Error):
+        form.Show()
+    assert not form.Visible
+    form.RUN()        # no window open: returns at once
+    form.DOEVENTS(5)  # nothing to handle without a display

@@ -253,3 +253,28 @@ TEST_F(OnScreen, TheColourWindowShowsFollowsAndClosesWithoutALeak) {
   EXPECT_TRUE(pumpUntil([&] { return colourWindow() == nullptr; }));
   EXPECT_EQ(colour->refCount(), held);
 }
+
+TEST_F(OnScreen, AFormShowsItsContentAndRunEndsWhenItCloses) {
+  auto form = make<HostForm>();
+  form->Caption(u"Form under test");
+  form->Move(500, 100, Variant(220), Variant(140));
+  int unloads = 0;
+  auto c = form->Unload.connect([&] { ++unloads; });
+  const auto held = form->refCount();
+  form->Show();
+  ASSERT_TRUE(pumpUntil([&] { return form->Visible() && form->CONTENT()->Width() == 220; }));
+  EXPECT_EQ(form->CONTENT()->Height(), 140);
+  EXPECT_EQ(std::string(gtk_window_get_title(GTK_WINDOW(form->window()))), "Form under test");
+  EXPECT_GT(form->refCount(), held);  // the open window holds it
+  // What is drawn on the content shows on screen.
+  form->CONTENT()->GRAPHICS()->RECTANGLE(Variant(u"(0,0,220,140)"), Variant(u"#FF0000"), Variant(u"none"));
+  form->CONTENT()->REFRESH();
+  ASSERT_TRUE(pumpUntil([&] { return screenPixel(560, 150) == 0xFF0000u; })) << std::hex << screenPixel(560, 150);
+
+  // RUN returns once the last open form has closed.
+  g_timeout_add(100, [](gpointer f) { static_cast<HostForm*>(f)->CLOSE(); return G_SOURCE_REMOVE; }, form.get());
+  form->RUN();
+  EXPECT_EQ(unloads, 1);
+  EXPECT_FALSE(form->Visible());
+  EXPECT_EQ(form->refCount(), held);
+}
