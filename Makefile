@@ -5,7 +5,7 @@ PYTHON  ?= /usr/bin/python3
 JOBS    ?= $(shell nproc)
 CMAKE_FLAGS ?= -DCMAKE_BUILD_TYPE=RelWithDebInfo -DPython_EXECUTABLE=$(PYTHON)
 
-.PHONY: all setup configure build test test-cpp test-python demo bench fuzz install clean reference sanitize tsan soak pictures
+.PHONY: all setup configure build test test-cpp test-python demo screenshots bench fuzz install clean reference sanitize tsan soak pictures
 
 all: build
 
@@ -38,6 +38,11 @@ pictures: build
 	@mkdir -p out/pictures
 	env -u DISPLAY $(BUILD)/bin/tessel-showcase out/pictures/showcase.png
 	cp out/pictures/resources.png out/pictures/images.png out/pictures/surface.png out/pictures/icons.png out/pictures/controls.png docs/pictures/
+
+# The screenshots of the guide (docs/pictures/host-*.png): the desktop program on an Xvfb of
+# its own, driven with xdotool.
+screenshots: build
+	$(PYTHON) scripts/screenshots.py $(BUILD) docs/pictures
 
 bench: build
 	@if [ -x $(BUILD)/bin/tessel-bench ]; then \
