@@ -122,6 +122,27 @@ TEST_F(OnScreen, ThePointerLightsPressesAndReleasesAButtonOnScreen) {
   ASSERT_TRUE(pumpUntil([&] { return !button->PRESSED() && screenPixel(70, 80) == lit; }));
 }
 
+// What the screen shows is the box's bitmap, channel by channel within a small tolerance (the
+// display's depth), all over the window.
+TEST_F(OnScreen, TheScreenShowsTheBoxsBitmap) {
+  xdotool("mousemove 90 85");
+  ASSERT_TRUE(pumpUntil([&] { return button->HOVER() && !queued; }));
+  pump(100);
+  GdkPixbuf* shot = gdk_pixbuf_get_from_window(gdk_get_default_root_window(), 0, 0, 400, 300);
+  ASSERT_TRUE(shot);
+  const int stride = gdk_pixbuf_get_rowstride(shot), channels = gdk_pixbuf_get_n_channels(shot);
+  const guchar* pixels = gdk_pixbuf_get_pixels(shot);
+  int worst = 0;
+  for (int y = 0; y < 300; y += 3)
+    for (int x = 0; x < 400; x += 3) {
+      const auto argb = static_cast<uint32_t>(ctl->box()->PIXEL(x, y));
+      const guchar* p = pixels + y * stride + x * channels;
+      for (int c = 0; c < 3; ++c) worst = std::max(worst, std::abs(int(p[c]) - int((argb >> (16 - 8 * c)) & 0xFF)));
+    }
+  g_object_unref(shot);
+  EXPECT_LE(worst, 2);
+}
+
 // The tree drags windows on plain moves; an application lets it by passing moves on without the
 // button (the component itself reports a move with a button held as a hold).
 TEST_F(OnScreen, AWindowIsDraggedByItsTitleStripWhenMovesArePassedOn) {
