@@ -19,8 +19,10 @@ int32_t side(double pixels) {
   return static_cast<int32_t>(roundHalfEven(std::clamp(checkedFinite(pixels), 1.0, double(kMaxSide))));
 }
 
-// How many forms are open; RUN's loop ends when none is.
+// How many forms are open; RUN's loop ends when none is. RUN's loop only: a program's own main
+// loop is the program's to end.
 int gOpen = 0;
+guint gRunLevel = 0;
 
 }  // namespace
 
@@ -121,8 +123,12 @@ void HostForm::Show(Call) {
 
 // The window's close button: CLOSE.
 int HostForm::onDelete(GtkWidget*, void*, void* self) {
-  static_cast<HostForm*>(self)->CLOSE();
-  return TRUE;  // Unload has destroyed the window already
+  try {
+    static_cast<HostForm*>(self)->CLOSE();
+  } catch (...) {
+    // Reported on the error path; nothing unwinds through GTK.
+  }
+  return TRUE;  // CLOSE has destroyed the window already
 }
 
 void HostForm::CLOSE(Call) {
@@ -134,12 +140,16 @@ void HostForm::CLOSE(Call) {
 void HostForm::onDestroy(GtkWidget*, void* self) {
   auto* form = static_cast<HostForm*>(self);
   form->window_ = nullptr;
-  if (--gOpen == 0 && gtk_main_level() > 0) gtk_main_quit();
+  if (--gOpen == 0 && gRunLevel > 0 && gtk_main_level() == gRunLevel) gtk_main_quit();
   form->release();
 }
 
 void HostForm::RUN(Call) {
-  if (gOpen > 0) gtk_main();
+  if (gOpen == 0) return;
+  const guint outer = gRunLevel;
+  gRunLevel = gtk_main_level() + 1;
+  gtk_main();
+  gRunLevel = outer;
 }
 
 void HostForm::DOEVENTS(Call, int32_t pMilliseconds) {
