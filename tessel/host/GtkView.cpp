@@ -212,7 +212,8 @@ class BoxView final : public PictureBoxView {
   }
 
   int32_t dragOver(int16_t state, double x, double y) {
-    Ref<DataObject> data = dragData_ ? dragData_ : make<DataObject>();
+    // GTK hands the data over only on the drop: while over, the data object is empty.
+    Ref<DataObject> data = make<DataObject>();
     int32_t effect = 1;  // copy
     int16_t button = 1, shift = 0;
     float sx = box_->ScaleX(static_cast<float>(x), 3), sy = box_->ScaleY(static_cast<float>(y), 3);
@@ -283,7 +284,6 @@ class BoxView final : public PictureBoxView {
   int16_t pressed_ = 0;
   bool dragging_ = false, dropping_ = false;
   double dropX_ = 0, dropY_ = 0;
-  Ref<DataObject> dragData_;
 };
 
 BoxView* viewOf(PictureBox& box) { return dynamic_cast<BoxView*>(box.view()); }
