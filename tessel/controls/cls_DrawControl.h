@@ -57,6 +57,22 @@ class cls_DrawControl final : public ObjectOf<cls_DrawControl> {
   void hPaint(cls_DrawGraphics& g);
   // Where the children's coordinates start, in this node's parent coordinates.
   Ref<cls_DrawPoint> hChildOrigin() const;
+  // Marks the node while RENDER or EVENTHANDLER goes through its children. Meeting the mark again
+  // on the way down means the node is its own descendant (a node added under itself): error 5,
+  // where the descent would never end.
+  class Descent {
+   public:
+    explicit Descent(bool& mark) : mark_(mark) {
+      if (mark_) raise(rt::InvalidCall);
+      mark_ = true;
+    }
+    ~Descent() { mark_ = false; }
+    Descent(const Descent&) = delete;
+    Descent& operator=(const Descent&) = delete;
+
+   private:
+    bool& mark_;
+  };
   // Stores `value` in `field` and asks for a repaint when it changed.
   template <class T>
   void hChange(T& field, const T& value) {
@@ -84,6 +100,7 @@ class cls_DrawControl final : public ObjectOf<cls_DrawControl> {
   // The drag record: a press on this node not yet released, the pointer at the last press or
   // move, and whether a window is being dragged by its title strip.
   bool active_ = false, moving_ = false;
+  bool rendering_ = false, dispatching_ = false;  // Descent marks
   int32_t lastX_ = 0, lastY_ = 0;
   std::unique_ptr<Look, LookDeleter> look_;
 };

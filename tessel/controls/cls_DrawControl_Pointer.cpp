@@ -107,6 +107,7 @@ bool cls_DrawControl::EVENTHANDLER(Call, enm_UIMouseEvent pEvent, int32_t pKey, 
 
   MOUSE.raise(pEvent, pKey, pModifier, point);
   if (children_.empty() || !route) return result;
+  const Descent descent(dispatching_);
 
   // The children's point: shifted by the child origin exactly as drawing shifts the projection.
   // The point goes to the device under the projection as it stands (the parents' shifts are on

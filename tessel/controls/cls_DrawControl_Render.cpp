@@ -57,6 +57,7 @@ void cls_DrawControl::RENDER(Call, Ref<cls_DrawGraphics> pRender, const Variant&
   if (sort_ == enm_UIControl::ID_UIControl_Window)
     CHILDBOX()->MOVE(5, 30, hBox()->W() - 10, hBox()->H() - 35);
   if (children_.empty()) return;
+  const Descent descent(rendering_);
 
   const Ref<cls_DrawPoint> origin = hChildOrigin();
   const double ox = origin->X(), oy = origin->Y();

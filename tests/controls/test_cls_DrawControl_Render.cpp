@@ -188,3 +188,22 @@ TEST(ControlRender, AFailingChildStopsTheRenderAndLeavesItsTraces) {
   EXPECT_EQ(p->X(), 0);
   EXPECT_EQ(p->Y(), 0);
 }
+
+// A node added under itself would never end its descent: error 5, and the node works again after.
+TEST(ControlRender, ANodeUnderItselfFailsInsteadOfDescendingForever) {
+  Scene s;
+  auto root = bareRoot();
+  auto inner = root->CHILDADD(control(K::ID_UIControl_Container, u"c", 10, 10, 50, 50));
+  inner->CHILDADD(root);
+  EXPECT_EQ(raisedNumber([&] { root->RENDER(s.surface); }), objectError(rt::InvalidCall));
+  EXPECT_EQ(raisedNumber([&] { root->EVENTHANDLER(enm_UIMouseEvent::ID_UIMouseEvent_Down, 0, 0, Variant(u"(20,20)")); }),
+            objectError(rt::InvalidCall));
+  // The same node twice side by side is no cycle.
+  Scene t;
+  auto twice = bareRoot();
+  auto sw = swatch(u"s", u"#FF0000", 0, 0, 10);
+  twice->CHILDADD(sw);
+  twice->CHILDADD(sw);
+  twice->RENDER(t.surface);
+  EXPECT_EQ(t.rgb(5, 5), kRed);
+}
