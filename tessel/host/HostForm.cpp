@@ -13,11 +13,6 @@ namespace tessel {
 
 namespace {
 
-constexpr int32_t kMaxSide = 32767;
-
-int32_t side(double pixels) {
-  return static_cast<int32_t>(roundHalfEven(std::clamp(checkedFinite(pixels), 1.0, double(kMaxSide))));
-}
 
 // How many forms are open; RUN's loop ends when none is. RUN's loop only: a program's own main
 // loop is the program's to end.
@@ -93,8 +88,8 @@ bool HostForm::CANSHOW(Get) const { return gtkview::ready(); }
 void HostForm::Move(Call, float pLeft, float pTop, const Variant& pWidth, const Variant& pHeight) {
   left_ = Variant(pLeft).toLong();
   top_ = Variant(pTop).toLong();
-  if (!pWidth.isMissing()) width_ = side(pWidth.toDouble());
-  if (!pHeight.isMissing()) height_ = side(pHeight.toDouble());
+  if (!pWidth.isMissing()) width_ = windowSide(pWidth.toDouble());
+  if (!pHeight.isMissing()) height_ = windowSide(pHeight.toDouble());
   placed_ = true;
   if (window_) {
     gtk_window_move(GTK_WINDOW(window_), left_, top_);

@@ -38,10 +38,6 @@ double pixelsPer(int32_t mode, bool vertical) {
   }
 }
 
-// A side in whole pixels: clamped first, so that any finite size is taken.
-int32_t side(double pixels) {
-  return static_cast<int32_t>(roundHalfEven(std::clamp(checkedFinite(pixels), 1.0, double(kMaxSide))));
-}
 
 // Copies the overlap of two premultiplied bitmaps, top left on top left, byte for byte: alpha as
 // it is, where drawing one on the other would blend.
@@ -63,6 +59,11 @@ void copyOverlap(gp::GpBitmap* from, gp::GpBitmap* to) {
 }
 
 }  // namespace
+
+// Clamped first, so that any finite size is taken.
+int32_t windowSide(double pixels) {
+  return static_cast<int32_t>(roundHalfEven(std::clamp(checkedFinite(pixels), 1.0, double(kMaxSide))));
+}
 
 PictureBox::PictureBox() : hwnd_(newWindowHandle()) {
   trap("Class_Initialize", [&] { hRebuild(kFirstSide, kFirstSide); });
@@ -102,9 +103,9 @@ void PictureBox::Left(Let, int32_t RHS) { left_ = RHS; }
 int32_t PictureBox::Top(Get) const { return top_; }
 void PictureBox::Top(Let, int32_t RHS) { top_ = RHS; }
 int32_t PictureBox::Width(Get) const { return width_; }
-void PictureBox::Width(Let, int32_t RHS) { hResize(side(RHS), height_); }
+void PictureBox::Width(Let, int32_t RHS) { hResize(windowSide(RHS), height_); }
 int32_t PictureBox::Height(Get) const { return height_; }
-void PictureBox::Height(Let, int32_t RHS) { hResize(width_, side(RHS)); }
+void PictureBox::Height(Let, int32_t RHS) { hResize(width_, windowSide(RHS)); }
 
 int16_t PictureBox::ScaleMode(Get) const { return scaleMode_; }
 void PictureBox::ScaleMode(Let, int16_t RHS) {
@@ -137,8 +138,8 @@ void PictureBox::BackColor(Let, const Variant& RHS) { backColor_ = ColorArgb(RHS
 
 void PictureBox::Move(Call, float pLeft, float pTop, const Variant& pWidth, const Variant& pHeight) {
   const int32_t left = Variant(pLeft).toLong(), top = Variant(pTop).toLong();
-  const int32_t width = pWidth.isMissing() ? width_ : side(pWidth.toDouble());
-  const int32_t height = pHeight.isMissing() ? height_ : side(pHeight.toDouble());
+  const int32_t width = pWidth.isMissing() ? width_ : windowSide(pWidth.toDouble());
+  const int32_t height = pHeight.isMissing() ? height_ : windowSide(pHeight.toDouble());
   const bool resized = width != width_ || height != height_;
   if (resized) hRebuild(width, height);
   left_ = left;

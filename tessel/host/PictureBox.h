@@ -23,6 +23,10 @@
 
 namespace tessel {
 
+// A side of a window in whole pixels, clamped to 1 to 32767 (the largest surface the rasteriser
+// makes); anything that is no finite number is an error.
+int32_t windowSide(double pixels);
+
 // What shows a box on screen. The box calls it; the view attaches itself with view() and
 // detaches (view(nullptr)) before it goes.
 class PictureBoxView {

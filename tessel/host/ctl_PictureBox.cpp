@@ -13,11 +13,6 @@ namespace tessel {
 namespace {
 
 using E = enm_UIMouseEvent;
-constexpr int32_t kMaxSide = 32767;
-
-int32_t side(double pixels) {
-  return static_cast<int32_t>(roundHalfEven(std::clamp(checkedFinite(pixels), 1.0, double(kMaxSide))));
-}
 
 // The handlers the event loop calls: their failures may show the dialog.
 template <class F>
@@ -81,8 +76,8 @@ void ctl_PictureBox::hPointer(PointerEvent ctl_PictureBox::*own, E kind, int16_t
 }
 
 void ctl_PictureBox::resize(int32_t width, int32_t height) {
-  width = side(width);
-  height = side(height);
+  width = windowSide(width);
+  height = windowSide(height);
   if (width == width_ && height == height_) return;
   width_ = width;
   height_ = height;
@@ -104,8 +99,8 @@ float ctl_PictureBox::ScaleHeight(Get) const { return static_cast<float>(height_
 
 void ctl_PictureBox::Move(Call, float pLeft, float pTop, const Variant& pWidth, const Variant& pHeight) {
   const int32_t left = Variant(pLeft).toLong(), top = Variant(pTop).toLong();
-  const int32_t width = pWidth.isMissing() ? width_ : side(pWidth.toDouble());
-  const int32_t height = pHeight.isMissing() ? height_ : side(pHeight.toDouble());
+  const int32_t width = pWidth.isMissing() ? width_ : windowSide(pWidth.toDouble());
+  const int32_t height = pHeight.isMissing() ? height_ : windowSide(pHeight.toDouble());
   left_ = left;
   top_ = top;
   resize(width, height);
